@@ -89,7 +89,8 @@ void CBasicFlatString::DoBuild(CSimpleBuffer& out, std::tuple<unsigned long, cha
     }
     if (count != 0)
         std::memset(text, fill, count);
-    std::snprintf(text + count, length + 1, fmtStr.c_str(), VariadicValue(args)...);
+    static_cast<void>(
+        std::snprintf(text + count, length + 1, fmtStr.c_str(), VariadicValue(args)...));
     out = workBuffer;
 }
 

@@ -34,5 +34,5 @@ template <class T, class U = T>
 custom_unique_ptr<T, U> make_custom_unique(T&& value)
 {
     static_assert(!std::is_reference_v<T>, "make_custom_unique takes a temporary: use std::move");
-    return custom_unique_ptr<T, U>(new T(std::move(value)), &CustomDelete<U>);
+    return custom_unique_ptr<T, U>(new T(std::forward<T>(value)), &CustomDelete<U>);
 }

@@ -8,7 +8,7 @@ namespace fs = std::filesystem;
 
 void ThrowNotACopy(fs::path const& file, fs::file_type type)
 {
-    auto const name = file.c_str();
+    char const* const name = file.c_str();
     switch (type) {
     case fs::file_type::not_found:
         DoThrow<TQRunTimeException>(TEST_STATUS_ERROR, "Destination file %s does not exist.", name);

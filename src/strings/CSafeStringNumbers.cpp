@@ -12,7 +12,7 @@ namespace
 constexpr std::array<char, 200> MakeDigitPairs()
 {
     std::array<char, 200> pairs{};
-    for (unsigned int value = 0; value < 100; ++value) {
+    for (std::size_t value = 0; value < 100; ++value) {
         pairs[2 * value] = static_cast<char>('0' + value / 10);
         pairs[2 * value + 1] = static_cast<char>('0' + value % 10);
     }
@@ -34,14 +34,15 @@ template <class Unsigned>
 void WriteDigits(char* end, Unsigned value)
 {
     while (value >= 100) {
-        auto const pair = static_cast<unsigned int>(value % 100);
+        auto const pair = static_cast<std::size_t>(value % 100);
         value /= 100;
         *--end = DigitPairs[2 * pair + 1];
         *--end = DigitPairs[2 * pair];
     }
     if (value >= 10) {
-        *--end = DigitPairs[2 * value + 1];
-        *--end = DigitPairs[2 * value];
+        auto const pair = static_cast<std::size_t>(value);
+        *--end = DigitPairs[2 * pair + 1];
+        *--end = DigitPairs[2 * pair];
     } else {
         *--end = static_cast<char>('0' + value);
     }
