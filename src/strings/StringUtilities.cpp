@@ -1,0 +1,87 @@
+#include <BaseUtilities/StringUtilities.h>
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+#include <cctype>
+#include <string>
+
+namespace
+{
+// By way of std::string, which refuses a null pointer with a length.
+QString ToQString(basic_sv_wrapper<char> const& text)
+{
+    return QString::fromStdString(std::string(text.data(), text.size()));
+}
+
+CSafeString ToSafeString(QString const& text)
+{
+    return text.toUtf8().constData();
+}
+
+template <class Convert>
+CSafeString ConvertBytes(basic_sv_wrapper<char> const& text, Convert convert)
+{
+    CSafeString result(text);
+    for (char& byte : result)
+        byte = static_cast<char>(convert(static_cast<unsigned char>(byte)));
+    return result;
+}
+
+CSafeString WithS(basic_sv_wrapper<char> const& word)
+{
+    CSafeString result(word);
+    result += 's';
+    return result;
+}
+} // namespace
+
+std::vector<CSafeString> StringSplit(basic_sv_wrapper<char> const& text,
+                                     basic_sv_wrapper<char> const& separator)
+{
+    QString const between = ToQString(separator);
+    QStringList const parts = ToQString(text).split(between, Qt::KeepEmptyParts, Qt::CaseSensitive);
+    std::vector<CSafeString> result;
+    result.reserve(static_cast<std::size_t>(parts.size()));
+    for (QString const& part : parts)
+        result.push_back(ToSafeString(part));
+    return result;
+}
+
+CSafeString StringJoin(std::vector<CSafeString> const& items,
+                       basic_sv_wrapper<char> const& separator)
+{
+    QString const between = ToQString(separator);
+    QStringList list;
+    list.reserve(static_cast<qsizetype>(items.size()));
+    for (CSafeString const& item : items)
+        list.append(ToQString(item.get()));
+    return ToSafeString(list.join(between));
+}
+
+CSafeString ToUpper(basic_sv_wrapper<char> const& text)
+{
+    return ConvertBytes(text, [](int byte) { return std::toupper(byte); });
+}
+
+CSafeString ToLower(basic_sv_wrapper<char> const& text)
+{
+    return ConvertBytes(text, [](int byte) { return std::tolower(byte); });
+}
+
+CSafeString PluralNoun(unsigned long count, basic_sv_wrapper<char> const& singular,
+                       basic_sv_wrapper<char> const& plural)
+{
+    if (plural)
+        return plural;
+    return count != 1 ? WithS(singular) : CSafeString(singular);
+}
+
+CSafeString PluralVerb(unsigned long count, basic_sv_wrapper<char> const& singular,
+                       basic_sv_wrapper<char> const& plural)
+{
+    if (plural)
+        return plural;
+    return count == 1 ? WithS(singular) : CSafeString(singular);
+}
