@@ -41,7 +41,9 @@ public:
     /// buffer that is only partly filled as a pointer.
     template <std::size_t Count>
     constexpr basic_sv_wrapper(CharT const (&literal)[Count]) noexcept
-        : basic_sv_wrapper(static_cast<CharT const*>(literal), Count - 1)
+        : m_Length(Count - 1),
+          m_pText(literal),
+          m_HasValue(true)
     {
     }
 
