@@ -1,0 +1,338 @@
+#include "CConsoleReport.h"
+
+#include "TextLayout.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <ios>
+
+namespace
+{
+constexpr std::chrono::milliseconds barPeriod(50);
+constexpr std::size_t widestLine = 100;
+constexpr std::size_t detailIndent = 8;
+constexpr std::size_t failuresListed = 20;
+
+std::string DurationText(std::chrono::nanoseconds duration)
+{
+    double const seconds = std::chrono::duration<double>(duration).count();
+    std::array<char, 32> text{};
+    std::snprintf(text.data(), text.size(), seconds < 10 ? "%.2f s" : "%.0f s", seconds);
+    return text.data();
+}
+
+std::string GroupName(ECaseGroup group)
+{
+    return group == ECaseGroup::Files ? "Files, copied and compared"
+                                      : "Copies that must be refused";
+}
+
+std::string Blanks(std::size_t count)
+{
+    return std::string(count, ' ');
+}
+
+// Without a terminal, lines are as long as on one of 80 columns.
+std::size_t LineWidth(CTerminal const& terminal)
+{
+    return terminal.m_Live ? std::min(CTerminal::Width(), widestLine) : 80;
+}
+} // namespace
+
+CConsoleReport::CConsoleReport(std::ostream& stream, CTerminal terminal, bool quiet)
+    : m_Stream(stream),
+      m_Terminal(terminal),
+      m_Quiet(quiet)
+{
+}
+
+void CConsoleReport::FilesFound(unsigned long count)
+{
+    Lock const lock(m_Lock);
+    m_Activity = "Looking for files: " + std::to_string(count);
+    ShowBarIfDue();
+}
+
+void CConsoleReport::SuiteStarted(CSuitePlan const& plan)
+{
+    Lock const lock(m_Lock);
+    SetWorkFolder(plan.m_WorkFolder.get());
+    m_CaseCount = plan.m_CaseCount;
+    ClearBar();
+    WriteText(EColour::Bold, "File fidelity of " + Printable(plan.m_Folder.get()));
+    WriteText(EColour::Dim, "Working in " + Printable(plan.m_WorkFolder.get()));
+    Flush();
+}
+
+void CConsoleReport::CaseStarted(CCase const& started)
+{
+    Lock const lock(m_Lock);
+    m_Activity = Printable(started.m_Name.get());
+    ShowBarIfDue();
+}
+
+void CConsoleReport::CaseFinished(CCase const& finished, CCaseOutcome const& outcome)
+{
+    Lock const lock(m_Lock);
+    ++m_Done;
+    bool const passed = outcome.m_Verdict == TEST_STATUS_PASSED;
+    if (!passed && outcome.m_Verdict != TEST_STATUS_SKIPPED) {
+        ++m_Failed;
+        if (m_Failures.size() < failuresListed)
+            m_Failures.push_back(Printable(finished.m_Name.get()));
+    }
+    if (m_Quiet && passed)
+        return;
+    ClearBar();
+    WriteGroupHead(finished.m_Group);
+    WriteCase(finished, outcome);
+    ShowBar();
+}
+
+void CConsoleReport::SuitePaused()
+{
+    Lock const lock(m_Lock);
+    m_Paused = true;
+    if (m_Terminal.m_Live)
+        ShowBar();
+    else
+        WriteLine("Paused.");
+    Flush();
+}
+
+void CConsoleReport::SuiteResumed()
+{
+    Lock const lock(m_Lock);
+    m_Paused = false;
+    if (m_Terminal.m_Live)
+        ShowBar();
+    else
+        WriteLine("Resumed.");
+    Flush();
+}
+
+void CConsoleReport::SuiteFinished(CSuiteSummary const& summary)
+{
+    Lock const lock(m_Lock);
+    SetWorkFolder("");
+    ClearBar();
+    WriteFailures();
+    WriteLine("");
+    WriteCounts(summary);
+    if (!summary.m_Problem.empty())
+        WriteText(EColour::Red, Printable(summary.m_Problem.get()));
+    if (summary.m_Verdict == TEST_STATUS_PASSED)
+        WriteLine(Painted(EColour::Green, "PASSED"));
+    else if (summary.m_Verdict == TEST_STATUS_ABORTED)
+        WriteLine(Painted(EColour::Yellow, "ABORTED"));
+    else
+        WriteLine(Painted(EColour::Red, "FAILED"));
+    Flush();
+}
+
+void CConsoleReport::Tick()
+{
+    Lock const lock(m_Lock);
+    if (m_AbortRequested && !m_AbortNotice)
+        WriteAbortNotice();
+    ShowBarIfDue();
+}
+
+std::string CConsoleReport::WorkFolder() const
+{
+    Lock const lock(m_WorkFolderLock);
+    return m_WorkFolder;
+}
+
+void CConsoleReport::SetWorkFolder(std::string const& folder)
+{
+    Lock const lock(m_WorkFolderLock);
+    m_WorkFolder = folder;
+}
+
+void CConsoleReport::WriteAbortNotice()
+{
+    m_AbortNotice = true;
+    ClearBar();
+    WriteLine(
+        Painted(EColour::Yellow, "Ending after the case at hand. Ctrl-C again ends at once."));
+    ShowBar();
+}
+
+void CConsoleReport::WriteGroupHead(ECaseGroup group)
+{
+    bool& written = group == ECaseGroup::Files ? m_FilesHead : m_RefusalsHead;
+    if (written)
+        return;
+    written = true;
+    WriteLine("");
+    WriteLine(Painted(EColour::Bold, GroupName(group)));
+}
+
+void CConsoleReport::WriteCase(CCase const& finished, CCaseOutcome const& outcome)
+{
+    std::string name = Printable(finished.m_Name.get());
+    bool const passedFile =
+        finished.m_Group == ECaseGroup::Files && outcome.m_Verdict == TEST_STATUS_PASSED;
+    if (passedFile && !outcome.m_Detail.empty())
+        name += " (" + Printable(outcome.m_Detail.get()) + ")";
+
+    std::string const size = passedFile ? ByteText(outcome.m_Bytes) : std::string();
+    std::size_t const width = LineWidth(m_Terminal);
+    std::size_t const taken = detailIndent + (size.empty() ? 0 : size.size() + 2);
+    std::size_t const room = width > taken + 8 ? width - taken : 8;
+    if (m_Terminal.m_Live)
+        name = ElideStart(name, room, m_Terminal.m_Utf8 ? "…" : "...");
+    std::size_t const used = DisplayWidth(name);
+
+    std::string line = "  " + VerdictText(outcome.m_Verdict) + "  " + name;
+    if (!size.empty())
+        line += Blanks((used < room ? room - used : 0) + 2) + Painted(EColour::Dim, size);
+    WriteLine(line);
+    if (!passedFile)
+        WriteText(EColour::Dim, Printable(outcome.m_Detail.get(), true), detailIndent);
+}
+
+void CConsoleReport::WriteCounts(CSuiteSummary const& summary)
+{
+    std::string line = "Passed " + std::to_string(summary.m_Passed) + ", failed "
+                       + std::to_string(summary.m_Failed) + ", skipped "
+                       + std::to_string(summary.m_Skipped);
+    if (summary.NotRun() > 0)
+        line += ", not run " + std::to_string(summary.NotRun());
+    WriteText(EColour::None, line + ".");
+    WriteText(EColour::None, "Compared " + ByteText(summary.m_Bytes) + " in "
+                                 + DurationText(summary.m_Duration) + ".");
+}
+
+void CConsoleReport::WriteFailures()
+{
+    if (m_Failures.empty())
+        return;
+    WriteLine("");
+    WriteLine(Painted(EColour::Bold, "What failed"));
+    for (std::string const& name : m_Failures)
+        WriteLine("  " + name);
+    if (m_Failed > m_Failures.size())
+        WriteLine("  and " + std::to_string(m_Failed - m_Failures.size()) + " more");
+}
+
+void CConsoleReport::WriteLine(std::string const& line)
+{
+    m_Stream << line << '\n';
+}
+
+// Exact to the letter where nobody watches; otherwise kept within the window.
+void CConsoleReport::WriteText(EColour colour, std::string const& text, std::size_t indent)
+{
+    std::size_t const width = LineWidth(m_Terminal);
+    bool const wrapped = m_Terminal.m_Live && width > 2 * indent;
+    for (std::string const& line : Wrap(text, wrapped ? width - indent : std::string::npos))
+        WriteLine(Blanks(indent) + Painted(colour, line));
+}
+
+void CConsoleReport::ShowBarIfDue()
+{
+    if (m_BarWidth == 0 || Clock::now() - m_BarShown >= barPeriod)
+        ShowBar();
+}
+
+// Only with carriage returns and blanks, which every terminal understands.
+void CConsoleReport::ShowBar()
+{
+    if (!m_Terminal.m_Live) {
+        Flush();
+        return;
+    }
+    // One column stays free: a terminal wraps once the last one is written.
+    std::string const text = BarText(CTerminal::Width() - 1);
+    std::size_t const width = DisplayWidth(text);
+    std::size_t const stale = m_BarWidth > width ? m_BarWidth - width : 0;
+    m_Stream << '\r' << text << Blanks(stale) << '\r';
+    m_BarWidth = width;
+    m_BarShown = Clock::now();
+    Flush();
+}
+
+void CConsoleReport::ClearBar()
+{
+    if (m_BarWidth > 0)
+        m_Stream << '\r' << Blanks(std::min(m_BarWidth, CTerminal::Width() - 1)) << '\r';
+    m_BarWidth = 0;
+}
+
+void CConsoleReport::Flush()
+{
+    m_Stream.flush();
+    if (!m_Stream)
+        throw std::ios_base::failure("Standard output takes no more");
+}
+
+std::string CConsoleReport::BarText(std::size_t width) const
+{
+    std::string const mark = m_Terminal.m_Utf8 ? "…" : "...";
+    std::string const activity = m_Paused ? "Paused" : m_Activity;
+    if (m_CaseCount == 0)
+        return ElideStart(activity, width, mark);
+
+    std::string const count = std::to_string(m_Done) + "/" + std::to_string(m_CaseCount);
+    if (width < count.size() + 8)
+        return ElideStart(count, width, "");
+    std::size_t const cells = std::min<std::size_t>(30, (width - count.size()) / 2);
+    std::string const front = Bar(cells) + " " + count;
+    std::size_t const used = cells + 1 + count.size();
+    return width < used + 6 ? front : front + "  " + ElideStart(activity, width - used - 2, mark);
+}
+
+std::string CConsoleReport::Bar(std::size_t cells) const
+{
+    std::size_t const full = cells * m_Done / m_CaseCount;
+    std::string bar;
+    for (std::size_t cell = 0; cell < cells; ++cell) {
+        if (m_Terminal.m_Utf8)
+            bar += cell < full ? "█" : "░";
+        else
+            bar += cell < full ? "#" : "-";
+    }
+    return bar;
+}
+
+std::string CConsoleReport::Painted(EColour colour, std::string const& text) const
+{
+    if (!m_Terminal.m_Colour || colour == EColour::None || text.empty())
+        return text;
+    char const* code = "";
+    switch (colour) {
+    case EColour::None:
+        break;
+    case EColour::Green:
+        code = "32";
+        break;
+    case EColour::Red:
+        code = "31;1";
+        break;
+    case EColour::Yellow:
+        code = "33";
+        break;
+    case EColour::Bold:
+        code = "1";
+        break;
+    case EColour::Dim:
+        code = "2";
+        break;
+    }
+    return std::string("\x1b[") + code + "m" + text + "\x1b[0m";
+}
+
+std::string CConsoleReport::VerdictText(TEST_STATUS verdict) const
+{
+    switch (static_cast<std::uint32_t>(verdict)) {
+    case TEST_STATUS_PASSED:
+        return Painted(EColour::Green, "PASS");
+    case TEST_STATUS_SKIPPED:
+        return Painted(EColour::Yellow, "SKIP");
+    default:
+        return Painted(EColour::Red, "FAIL");
+    }
+}

@@ -1,0 +1,14 @@
+#pragma once
+
+/// What the program tells its caller. From 64 on the suite gave no result; the
+/// numbers are those of sysexits.h.
+enum class EExitCode : int {
+    Passed = 0,
+    Failed = 1,
+    Aborted = 2,
+    Usage = 64,        ///< arguments that mean nothing
+    NoFolder = 66,     ///< the folder to be checked is none
+    BrokenDown = 70,   ///< the suite ended by an exception
+    NoWorkFolder = 73, ///< no work folder can be made
+    OutputFailed = 74  ///< standard output takes no more
+};

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstddef>
+
+/// What standard output can show.
+struct CTerminal
+{
+    /// A terminal whose cursor can return to the start of the line.
+    bool m_Live = false;
+    /// A terminal that wants colours.
+    bool m_Colour = false;
+    /// The user's locale writes UTF-8.
+    bool m_Utf8 = false;
+
+    /// By TERM, NO_COLOR and the locale.
+    static CTerminal OfStandardOutput();
+    /// Columns right now; 80 where there is no telling.
+    static std::size_t Width();
+};

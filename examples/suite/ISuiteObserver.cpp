@@ -1,0 +1,3 @@
+#include "ISuiteObserver.h"
+
+ISuiteObserver::~ISuiteObserver() = default;
