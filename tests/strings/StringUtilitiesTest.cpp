@@ -1,0 +1,532 @@
+#include <BaseUtilities/StringUtilities.h>
+
+#include "Allocations.h"
+#include "ScopedEnvironment.h"
+#include "ScopedLocale.h"
+#include "TemporaryFolder.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cctype>
+#include <climits>
+#include <cstdlib>
+#include <cstring>
+#include <optional>
+#include <random>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+using namespace std::string_literals;
+using testing::ElementsAre;
+
+namespace
+{
+using Texts = std::vector<std::string>;
+
+std::string Bytes(CSafeString const& text)
+{
+    return std::string(text.data(), text.size());
+}
+
+Texts Bytes(std::vector<CSafeString> const& texts)
+{
+    Texts result;
+    for (CSafeString const& text : texts)
+        result.push_back(Bytes(text));
+    return result;
+}
+
+Texts Split(std::string const& text, std::string const& separator)
+{
+    return Bytes(StringSplit(text, separator));
+}
+
+std::vector<CSafeString> Items(Texts const& texts)
+{
+    std::vector<CSafeString> result;
+    for (std::string const& text : texts)
+        result.emplace_back(basic_sv_wrapper<char>(text));
+    return result;
+}
+
+QString AsQtReadsIt(std::string const& text)
+{
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+std::string UpToNul(QByteArray const& bytes)
+{
+    return bytes.constData();
+}
+
+Texts SplitByQt(std::string const& text, std::string const& separator)
+{
+    Texts result;
+    for (QString const& part :
+         AsQtReadsIt(text).split(AsQtReadsIt(separator), Qt::KeepEmptyParts, Qt::CaseSensitive))
+        result.push_back(UpToNul(part.toUtf8()));
+    return result;
+}
+
+std::string JoinByQt(Texts const& items, std::string const& separator)
+{
+    QStringList list;
+    for (std::string const& item : items)
+        list.append(AsQtReadsIt(item.c_str()));
+    return UpToNul(list.join(AsQtReadsIt(separator)).toUtf8());
+}
+
+/// Text from a small alphabet, so that separators occur in it: letters of both
+/// cases, several bytes long, ill-formed bytes and NULs among them.
+class CTextSource
+{
+public:
+    std::string Text(std::size_t mostPieces)
+    {
+        static std::vector<std::string> const pieces{"a",
+                                                     "A",
+                                                     "b",
+                                                     ",",
+                                                     ",",
+                                                     ", ",
+                                                     "\0"s,
+                                                     "\xC3\xA4",
+                                                     "\xC3\x84",
+                                                     "\xE2\x82\xAC",
+                                                     "\xF0\x9F\x98\x80",
+                                                     "\xFF",
+                                                     "\xC3",
+                                                     "\xEF\xBB\xBF",
+                                                     "e\xCC\x81"};
+        std::string text;
+        for (std::size_t count = Number(mostPieces); count != 0; --count)
+            text += pieces[Number(pieces.size() - 1)];
+        return text;
+    }
+    std::size_t Number(std::size_t most)
+    {
+        return std::uniform_int_distribution<std::size_t>(0, most)(m_Engine);
+    }
+
+private:
+    std::mt19937 m_Engine{20240229};
+};
+
+struct SSplitRow
+{
+    char const* m_Name;
+    std::string m_Text;
+    std::string m_Separator;
+    Texts m_Parts;
+};
+
+class StringSplitTable : public testing::TestWithParam<SSplitRow>
+{
+};
+
+class StringJoinTable : public testing::TestWithParam<SSplitRow>
+{
+};
+
+auto const NameOfRow = [](auto const& info) { return std::string(info.param.m_Name); };
+} // namespace
+
+TEST_P(StringSplitTable, GivesTheseParts)
+{
+    SSplitRow const& row = GetParam();
+    EXPECT_EQ(Split(row.m_Text, row.m_Separator), row.m_Parts);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, StringSplitTable,
+    testing::Values(
+        SSplitRow{"AdjacentSeparatorsGiveAnEmptyPart", "a,,b", ",", {"a", "", "b"}},
+        SSplitRow{"LeadingSeparatorGivesAnEmptyFirstPart", ",a", ",", {"", "a"}},
+        SSplitRow{"TrailingSeparatorGivesAnEmptyLastPart", "a,", ",", {"a", ""}},
+        SSplitRow{"SeparatorAloneGivesTwoEmptyParts", ",", ",", {"", ""}},
+        SSplitRow{"EmptyTextGivesOneEmptyPart", "", ",", {""}},
+        SSplitRow{"EmptyTextAtAnEmptySeparatorGivesTwoEmptyParts", "", "", {"", ""}},
+        SSplitRow{"AbsentSeparatorGivesTheWholeText", "abc", ",", {"abc"}},
+        SSplitRow{"MatchIsCaseSensitive", "aXb", "x", {"aXb"}},
+        SSplitRow{"MatchOfOneCaseOnly", "aXbxc", "x", {"aXb", "c"}},
+        SSplitRow{"EmptySeparatorSplitsBetweenAllCharacters", "abc", "", {"", "a", "b", "c", ""}},
+        SSplitRow{"EmptySeparatorKeepsCharactersOfSeveralBytesWhole",
+                  "\xC3\xA4\xE2\x82\xAC",
+                  "",
+                  {"", "\xC3\xA4", "\xE2\x82\xAC", ""}},
+        SSplitRow{
+            "EmptySeparatorTakesSurrogatePairsApart", "\xF0\x9F\x98\x80", "", {"", "?", "?", ""}},
+        SSplitRow{"LongSeparatorMatchesAsAWhole", "a--b-c", "--", {"a", "b-c"}},
+        SSplitRow{"OverlappingMatchesCountOnceFromTheLeft", "a---b", "--", {"a", "-b"}},
+        SSplitRow{"SeparatorLongerThanTheText", "a", "abc", {"a"}},
+        SSplitRow{"TextEqualToTheSeparator", "abc", "abc", {"", ""}},
+        SSplitRow{"BlanksArePartOfTheParts", " a , b ", ",", {" a ", " b "}},
+        SSplitRow{"SeparatorBeyondAscii",
+                  "a\xE2\x82\xAC"
+                  "b",
+                  "\xE2\x82\xAC",
+                  {"a", "b"}},
+        SSplitRow{"PartsBeyondAscii", "\xC3\xA4,\xC3\xB6", ",", {"\xC3\xA4", "\xC3\xB6"}},
+        SSplitRow{"SeparatorIsNoPattern", "a.b|c", "|", {"a.b", "c"}},
+        SSplitRow{"PartEndsAtItsFirstNul", "a\0b,c"s, ",", {"a", "c"}},
+        SSplitRow{"NulAsSeparator", "a\0b"s, "\0"s, {"a", "b"}},
+        SSplitRow{
+            "IllFormedByteBecomesTheReplacementCharacter", "a\xFF,b", ",", {"a\xEF\xBF\xBD", "b"}},
+        SSplitRow{"LineEndsAreNotSpecial", "a\r\nb", "\n", {"a\r", "b"}}),
+    NameOfRow);
+
+TEST(StringSplit, AgreesWithQtOnRandomText)
+{
+    CTextSource source;
+    for (int round = 0; round < 3000; ++round) {
+        std::string const text = source.Text(14);
+        std::string const separator = source.Text(2);
+        ASSERT_EQ(Split(text, separator), SplitByQt(text, separator))
+            << "round " << round << ": " << testing::PrintToString(text) << " at "
+            << testing::PrintToString(separator);
+    }
+}
+
+TEST(StringSplit, ReadsViewsOnlyAsFarAsTheyReach)
+{
+    std::string const text = "a,b;cdef";
+    EXPECT_THAT(
+        Bytes(StringSplit(basic_sv_wrapper<char>(text.data(), 4), basic_sv_wrapper<char>(",;", 1))),
+        ElementsAre("a", "b;"));
+}
+
+TEST(StringSplit, TakesUnsetViewsAsEmpty)
+{
+    EXPECT_THAT(Bytes(StringSplit(basic_sv_wrapper<char>(), ",")), ElementsAre(""));
+    EXPECT_THAT(Bytes(StringSplit("ab", basic_sv_wrapper<char>())), ElementsAre("", "a", "b", ""));
+}
+
+TEST(StringSplit, HandlesManyParts)
+{
+    std::string const text(100000, ',');
+    EXPECT_EQ(StringSplit(text, ",").size(), 100001u);
+}
+
+namespace
+{
+template <class Operation>
+void ExpectNullIsRefused(Operation operation)
+{
+    try {
+        operation(basic_sv_wrapper<char>(nullptr, 3));
+        ADD_FAILURE() << "nothing was thrown";
+    } catch (std::logic_error const& error) {
+        EXPECT_STREQ(error.what(), "basic_string: construction from null is not valid");
+    }
+}
+
+using View = basic_sv_wrapper<char> const&;
+} // namespace
+
+TEST(StringSplit, RefusesANullTextWithALength)
+{
+    ExpectNullIsRefused([](View null) { StringSplit(null, ","); });
+}
+
+TEST(StringSplit, RefusesANullSeparatorWithALength)
+{
+    ExpectNullIsRefused([](View null) { StringSplit("a,b", null); });
+}
+
+TEST(StringSplit, PassesOnEveryFailedAllocation)
+{
+    std::string const text = "a part too long for the short form,another one of that kind,c";
+    CAllocationCounter const during;
+    int const failures = FailEachAllocation([&] { StringSplit(text, ","); }, [] {});
+    EXPECT_GT(failures, 4); // the text, the vector, three parts at least
+    EXPECT_EQ(during.Live(), 0);
+}
+
+TEST_P(StringJoinTable, GivesThisText)
+{
+    SSplitRow const& row = GetParam();
+    EXPECT_EQ(Bytes(StringJoin(Items(row.m_Parts), row.m_Separator)), row.m_Text);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, StringJoinTable,
+    testing::Values(
+        SSplitRow{"NoItemsGiveEmptyText", "", ",", {}},
+        SSplitRow{"OneItemStandsWithoutTheSeparator", "a", ",", {"a"}},
+        SSplitRow{"OneEmptyItem", "", ",", {""}},
+        SSplitRow{"SeparatorStandsBetweenEachTwo", "a, b, c", ", ", {"a", "b", "c"}},
+        SSplitRow{"EmptyItemsAtTheFrontKeepTheirSeparators", ",,a", ",", {"", "", "a"}},
+        SSplitRow{"EmptyItemsAtTheEndKeepTheirSeparators", "a,,", ",", {"a", "", ""}},
+        SSplitRow{"EmptyItemsAlone", ",,", ",", {"", "", ""}},
+        SSplitRow{"EmptySeparator", "abc", "", {"a", "b", "c"}},
+        SSplitRow{"SeparatorBeyondAscii",
+                  "a\xE2\x82\xAC"
+                  "b",
+                  "\xE2\x82\xAC",
+                  {"a", "b"}},
+        SSplitRow{
+            "ItemsBeyondAscii", "\xC3\xA4,\xF0\x9F\x98\x80", ",", {"\xC3\xA4", "\xF0\x9F\x98\x80"}},
+        SSplitRow{"ItemsThatHoldTheSeparatorAreNotQuoted", "a,b,c", ",", {"a,b", "c"}},
+        SSplitRow{"ItemEndsAtItsFirstNul", "a,c", ",", {"a\0b"s, "c"}},
+        SSplitRow{"ResultEndsAtTheNulOfItsSeparator", "a", "\0"s, {"a", "b"}},
+        SSplitRow{
+            "IllFormedByteBecomesTheReplacementCharacter", "a\xEF\xBF\xBD,b", ",", {"a\xFF", "b"}},
+        SSplitRow{"CharacterSplitOverTwoItemsIsNotJoined",
+                  "\xEF\xBF\xBD\xEF\xBF\xBD",
+                  "",
+                  {"\xC3", "\xA4"}}),
+    NameOfRow);
+
+TEST(StringJoin, AgreesWithQtOnRandomText)
+{
+    CTextSource source;
+    for (int round = 0; round < 3000; ++round) {
+        Texts items;
+        for (std::size_t count = source.Number(5); count != 0; --count)
+            items.push_back(source.Text(5));
+        std::string const separator = source.Text(2);
+        ASSERT_EQ(Bytes(StringJoin(Items(items), separator)), JoinByQt(items, separator))
+            << "round " << round << ": " << testing::PrintToString(items) << " with "
+            << testing::PrintToString(separator);
+    }
+}
+
+TEST(StringJoin, PutsBackWhatStringSplitTookApart)
+{
+    std::string const text = ",a,,b\xC3\xA4,";
+    EXPECT_EQ(Bytes(StringJoin(StringSplit(text, ","), ",")), text);
+}
+
+TEST(StringJoin, LeavesTheItemsAsTheyWere)
+{
+    std::vector<CSafeString> const items = Items({"a\0b"s, ""});
+    StringJoin(items, ",");
+    EXPECT_THAT(Bytes(items), ElementsAre("a\0b"s, ""));
+}
+
+TEST(StringJoin, TakesAnUnsetSeparatorAsEmpty)
+{
+    EXPECT_EQ(Bytes(StringJoin(Items({"a", "b"}), basic_sv_wrapper<char>())), "ab");
+}
+
+TEST(StringJoin, RefusesANullSeparatorWithALength)
+{
+    ExpectNullIsRefused([](View null) { StringJoin({}, null); });
+}
+
+TEST(StringJoin, PassesOnEveryFailedAllocation)
+{
+    std::vector<CSafeString> const items =
+        Items({"an item too long for the short form", "another one of that kind"});
+    CAllocationCounter const during;
+    int const failures = FailEachAllocation(
+        [&] { StringJoin(items, " - a separator longer than sixteen bytes - "); }, [] {});
+    EXPECT_GT(failures, 3); // the separator, two items, the result
+    EXPECT_EQ(during.Live(), 0);
+}
+
+namespace
+{
+std::string AllBytes()
+{
+    std::string bytes;
+    for (int byte = 0; byte <= UCHAR_MAX; ++byte)
+        bytes += static_cast<char>(byte);
+    return bytes;
+}
+
+void ExpectTheCLibrarysLetterCase()
+{
+    std::string const bytes = AllBytes();
+    std::string upper;
+    std::string lower;
+    for (int byte = 0; byte <= UCHAR_MAX; ++byte) {
+        upper += static_cast<char>(std::toupper(byte));
+        lower += static_cast<char>(std::tolower(byte));
+    }
+    EXPECT_EQ(Bytes(ToUpper(bytes)), upper);
+    EXPECT_EQ(Bytes(ToLower(bytes)), lower);
+}
+
+/// The C library's locale with Latin-1 letters, made by the system's own tool
+/// from its sources, where these are installed.
+class CLatin1Locale
+{
+public:
+    CLatin1Locale() : m_Path("LOCPATH", m_Folder.Path().native())
+    {
+        std::string const make = "localedef -i en_US -f ISO-8859-1 '"
+                                 + m_Folder / "latin.ISO-8859-1" + "' >/dev/null 2>&1";
+        if (std::system(make.c_str()) == 0)
+            m_Locale.emplace("latin.ISO-8859-1");
+    }
+    bool IsSet() const { return m_Locale && m_Locale->IsSet(); }
+
+private:
+    CTemporaryFolder m_Folder;
+    CScopedEnvironment m_Path;
+    std::optional<CScopedLocale> m_Locale;
+};
+} // namespace
+
+TEST(LetterCase, ChangesOnlyAsciiLettersInTheDefaultLocale)
+{
+    CScopedLocale const locale("C");
+    std::string const others = "09@[`{\x7F\x80\xC3\xA4\xE4\xC4\xFF";
+    EXPECT_EQ(Bytes(ToUpper("abcxyzABCXYZ" + others)), "ABCXYZABCXYZ" + others);
+    EXPECT_EQ(Bytes(ToLower("abcxyzABCXYZ" + others)), "abcxyzabcxyz" + others);
+}
+
+TEST(LetterCase, AgreesWithTheCLibraryOnEveryByteInTheDefaultLocale)
+{
+    CScopedLocale const locale("C");
+    ExpectTheCLibrarysLetterCase();
+}
+
+TEST(LetterCase, AgreesWithTheCLibraryOnEveryByteInAUtf8Locale)
+{
+    CScopedLocale const locale("C.UTF-8");
+    if (!locale.IsSet())
+        GTEST_SKIP() << "no locale C.UTF-8";
+    ExpectTheCLibrarysLetterCase();
+}
+
+TEST(LetterCase, FollowsALocaleOfEightBitLetters)
+{
+    CLatin1Locale const locale;
+    if (!locale.IsSet())
+        GTEST_SKIP() << "no sources to make a Latin-1 locale from";
+    EXPECT_EQ(Bytes(ToUpper("\xE4")), "\xC4");
+    EXPECT_EQ(Bytes(ToLower("\xC4")), "\xE4");
+    ExpectTheCLibrarysLetterCase();
+}
+
+TEST(LetterCase, KeepsEmbeddedNulsAndConvertsBehindThem)
+{
+    EXPECT_EQ(Bytes(ToUpper("a\0b"s)), "A\0B"s);
+    EXPECT_EQ(Bytes(ToLower("A\0B"s)), "a\0b"s);
+}
+
+TEST(LetterCase, OfEmptyTextIsEmpty)
+{
+    EXPECT_EQ(Bytes(ToUpper("")), "");
+    EXPECT_EQ(Bytes(ToLower("")), "");
+    EXPECT_EQ(Bytes(ToUpper(basic_sv_wrapper<char>())), "");
+    EXPECT_EQ(Bytes(ToLower(basic_sv_wrapper<char>())), "");
+}
+
+TEST(LetterCase, LeavesTheArgumentAsItWas)
+{
+    std::string const text = "aB";
+    ToUpper(text);
+    ToLower(text);
+    EXPECT_EQ(text, "aB");
+}
+
+TEST(LetterCase, RefusesANullTextWithALength)
+{
+    ExpectNullIsRefused([](View null) { ToUpper(null); });
+    ExpectNullIsRefused([](View null) { ToLower(null); });
+}
+
+TEST(LetterCase, PassesOnEveryFailedAllocation)
+{
+    std::string const text(100, 'a');
+    CAllocationCounter const during;
+    EXPECT_GT(FailEachAllocation([&] { ToUpper(text); }, [] {}), 1);
+    EXPECT_GT(FailEachAllocation([&] { ToLower(text); }, [] {}), 1);
+    EXPECT_EQ(during.Live(), 0);
+}
+
+namespace
+{
+struct SPluralRow
+{
+    char const* m_Name;
+    unsigned long m_Count;
+    basic_sv_wrapper<char> m_Singular;
+    basic_sv_wrapper<char> m_Plural;
+    std::string m_Noun;
+    std::string m_Verb;
+};
+
+class Plural : public testing::TestWithParam<SPluralRow>
+{
+};
+
+basic_sv_wrapper<char> const Unset;
+
+basic_sv_wrapper<char> FlaggedUnset(basic_sv_wrapper<char> view)
+{
+    view.m_HasValue = false;
+    return view;
+}
+} // namespace
+
+TEST_P(Plural, NounIs)
+{
+    SPluralRow const& row = GetParam();
+    EXPECT_EQ(Bytes(PluralNoun(row.m_Count, row.m_Singular, row.m_Plural)), row.m_Noun);
+}
+
+TEST_P(Plural, VerbIs)
+{
+    SPluralRow const& row = GetParam();
+    EXPECT_EQ(Bytes(PluralVerb(row.m_Count, row.m_Singular, row.m_Plural)), row.m_Verb);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, Plural,
+    testing::Values(
+        SPluralRow{"NoneWithEmptyPlural", 0, "test", "", "tests", "test"},
+        SPluralRow{"OneWithEmptyPlural", 1, "test", "", "test", "tests"},
+        SPluralRow{"TwoWithEmptyPlural", 2, "test", "", "tests", "test"},
+        SPluralRow{"MostWithEmptyPlural", ULONG_MAX, "test", "", "tests", "test"},
+        SPluralRow{"OneInTheLowHalfOnlyIsMany", 0x100000001, "test", "", "tests", "test"},
+        SPluralRow{"NoneWithPlural", 0, "box", "boxes", "boxes", "boxes"},
+        SPluralRow{"OneWithPluralStillGivesThePlural", 1, "box", "boxes", "boxes", "boxes"},
+        SPluralRow{"TwoWithPlural", 2, "box", "boxes", "boxes", "boxes"},
+        SPluralRow{"NoneWithUnsetPlural", 0, "test", Unset, "tests", "test"},
+        SPluralRow{"OneWithUnsetPlural", 1, "test", Unset, "test", "tests"},
+        SPluralRow{"TwoWithUnsetPlural", 2, "test", Unset, "tests", "test"},
+        SPluralRow{"PluralFlaggedUnsetLetsTheCountChoose", 2, "box", FlaggedUnset("boxes"), "boxs",
+                   "box"},
+        SPluralRow{"OneWithVerbEndingInSGetsAnotherOne", 1, "pass", "", "pass", "passs"},
+        SPluralRow{"ThreeWithVerbEndingInS", 3, "pass", "", "passs", "pass"},
+        SPluralRow{"EmptySingularForOne", 1, "", "", "", "s"},
+        SPluralRow{"EmptySingularForTwo", 2, "", "", "s", ""},
+        SPluralRow{"UnsetSingularForTwo", 2, Unset, "", "s", ""},
+        SPluralRow{"EmptySingularWithPlural", 1, "", "are", "are", "are"},
+        SPluralRow{"TextBeyondAscii", 2, "\xC3\xA4", "", "\xC3\xA4s", "\xC3\xA4"},
+        SPluralRow{"NulsAreKeptInTheSingular", 2, "a\0b", "", "a\0bs"s, "a\0b"s},
+        SPluralRow{"NulsAreKeptInThePlural", 2, "a", "a\0b", "a\0b"s, "a\0b"s},
+        SPluralRow{"PluralThatIsOnlyABlankCounts", 1, "a", " ", " ", " "}),
+    NameOfRow);
+
+TEST(PluralForms, RefuseANullSingularWithALength)
+{
+    ExpectNullIsRefused([](View null) { PluralNoun(1, null, ""); });
+    ExpectNullIsRefused([](View null) { PluralNoun(2, null, ""); });
+    ExpectNullIsRefused([](View null) { PluralVerb(1, null, ""); });
+    ExpectNullIsRefused([](View null) { PluralVerb(2, null, ""); });
+}
+
+TEST(PluralForms, PassOnEveryFailedAllocation)
+{
+    std::string const word(40, 'w');
+    CAllocationCounter const during;
+    for (unsigned long const count : {1ul, 2ul}) {
+        EXPECT_GT(FailEachAllocation([&] { PluralNoun(count, word, ""); }, [] {}), 1);
+        EXPECT_GT(FailEachAllocation([&] { PluralNoun(count, "w", word); }, [] {}), 1);
+        EXPECT_GT(FailEachAllocation([&] { PluralVerb(count, word, ""); }, [] {}), 1);
+        EXPECT_GT(FailEachAllocation([&] { PluralVerb(count, "w", word); }, [] {}), 1);
+    }
+    EXPECT_EQ(during.Live(), 0);
+}
