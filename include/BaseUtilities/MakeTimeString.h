@@ -8,7 +8,8 @@
 /// `when` as local time in a pattern of `std::put_time` ("%Y-%m-%d %H:%M:%S"),
 /// with the names of the global C++ locale. An empty pattern gives empty text.
 /// `format` must not be null and the time must be one that `localtime` can
-/// represent; neither is checked. Throws std::bad_alloc.
+/// represent; neither is checked. Throws std::bad_alloc; a failure while the
+/// text is being written, the locale's or one of memory, only ends the text.
 ///
 /// Deliberate: whole seconds, truncated toward zero, so that half a second
 /// before 1970 still shows 1970.

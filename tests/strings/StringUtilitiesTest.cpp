@@ -457,7 +457,7 @@ struct SPluralRow
     std::string m_Verb;
 };
 
-class Plural : public testing::TestWithParam<SPluralRow>
+class PluralTable : public testing::TestWithParam<SPluralRow>
 {
 };
 
@@ -470,20 +470,20 @@ basic_sv_wrapper<char> FlaggedUnset(basic_sv_wrapper<char> view)
 }
 } // namespace
 
-TEST_P(Plural, NounIs)
+TEST_P(PluralTable, NounIs)
 {
     SPluralRow const& row = GetParam();
     EXPECT_EQ(Bytes(PluralNoun(row.m_Count, row.m_Singular, row.m_Plural)), row.m_Noun);
 }
 
-TEST_P(Plural, VerbIs)
+TEST_P(PluralTable, VerbIs)
 {
     SPluralRow const& row = GetParam();
     EXPECT_EQ(Bytes(PluralVerb(row.m_Count, row.m_Singular, row.m_Plural)), row.m_Verb);
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Rows, Plural,
+    Rows, PluralTable,
     testing::Values(
         SPluralRow{"NoneWithEmptyPlural", 0, "test", "", "tests", "test"},
         SPluralRow{"OneWithEmptyPlural", 1, "test", "", "test", "tests"},
