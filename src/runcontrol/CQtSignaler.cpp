@@ -21,6 +21,7 @@ bool RegisterMetaTypes()
     qRegisterMetaType<std::int32_t*>("std::int32_t*");
     qRegisterMetaType<std::uintptr_t*>("std::uintptr_t*");
     qRegisterMetaType<std::vector<std::int32_t>**>("std::vector<std::int32_t>**");
+    qRegisterMetaType<CQtSignaler>("CQtSignaler");
     qRegisterMetaType<CQtSignaler*>("CQtSignaler*");
     return true;
 }
