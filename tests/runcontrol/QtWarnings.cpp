@@ -1,0 +1,28 @@
+#include <QString>
+#include <QtGlobal>
+
+#include <gtest/gtest-spi.h>
+#include <gtest/gtest.h>
+
+#include <cstdio>
+
+// Qt reports its callers' mistakes, such as an unknown type in a connection, only in text: here
+// each of these texts fails the test that caused it, in whichever thread.
+namespace
+{
+void FailOnWarning(QtMsgType type, QMessageLogContext const&, QString const& message)
+{
+    if (type == QtDebugMsg || type == QtInfoMsg)
+        std::fprintf(stderr, "%s\n", qPrintable(message));
+    else
+        ADD_FAILURE() << "Qt printed: " << qPrintable(message);
+}
+
+[[maybe_unused]] QtMessageHandler const previous = qInstallMessageHandler(&FailOnWarning);
+} // namespace
+
+TEST(QtWarnings, FailTheTestThatCausedThem)
+{
+    EXPECT_NONFATAL_FAILURE(qWarning("planted"), "Qt printed: planted");
+    EXPECT_NONFATAL_FAILURE(qCritical("planted"), "Qt printed: planted");
+}
