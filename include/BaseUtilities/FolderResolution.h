@@ -8,6 +8,7 @@
 
 #include <filesystem>
 #include <type_traits>
+#include <utility>
 
 // Where the application's folders are. Paths are UTF-8 with native separators;
 // they are joined as std::filesystem::path joins them, so an absolute name
@@ -40,10 +41,11 @@ BASEUTILITIES_EXPORT CSafeString AppendToPath(basic_sv_wrapper<char> const& base
                                               basic_sv_wrapper<char> const& name);
 /// For text that would convert to either kind of base.
 template <class Text,
-          std::enable_if_t<std::is_convertible_v<Text const&, basic_sv_wrapper<char>>, int> = 0>
-CSafeString AppendToPath(Text const& base, basic_sv_wrapper<char> const& name)
+          std::enable_if_t<std::is_convertible_v<Text&&, basic_sv_wrapper<char>>, int> = 0>
+CSafeString AppendToPath(Text&& base, basic_sv_wrapper<char> const& name)
 {
-    return AppendToPath(static_cast<basic_sv_wrapper<char>>(base), name);
+    basic_sv_wrapper<char> const view = std::forward<Text>(base);
+    return AppendToPath(view, name);
 }
 
 /// "Quillon Test Suite" below the documents folder; relative where there is none.
