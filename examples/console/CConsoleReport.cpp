@@ -11,6 +11,7 @@ namespace
 {
 constexpr std::chrono::milliseconds barPeriod(50);
 constexpr std::size_t widestLine = 100;
+constexpr std::size_t narrowest = 32; // that has room for sizes
 constexpr std::size_t detailIndent = 8;
 constexpr std::size_t failuresListed = 20;
 
@@ -167,7 +168,7 @@ void CConsoleReport::WriteGroupHead(ECaseGroup group)
         return;
     written = true;
     WriteLine("");
-    WriteLine(Painted(EColour::Bold, GroupName(group)));
+    WriteText(EColour::Bold, GroupName(group));
 }
 
 void CConsoleReport::WriteCase(CCase const& finished, CCaseOutcome const& outcome)
@@ -178,16 +179,17 @@ void CConsoleReport::WriteCase(CCase const& finished, CCaseOutcome const& outcom
     if (passedFile && !outcome.m_Detail.empty())
         name += " (" + Printable(outcome.m_Detail.get()) + ")";
 
-    std::string const size = passedFile ? ByteText(outcome.m_Bytes) : std::string();
     std::size_t const width = LineWidth(m_Terminal);
-    std::size_t const taken = detailIndent + (size.empty() ? 0 : size.size() + 2);
-    std::size_t const room = width > taken + 8 ? width - taken : 8;
+    bool const sized = passedFile && width >= narrowest;
+    std::string const size = sized ? ByteText(outcome.m_Bytes) : std::string();
+    std::size_t const taken = detailIndent + (sized ? size.size() + 2 : 0);
+    std::size_t const room = width > taken ? width - taken : 1;
     if (m_Terminal.m_Live)
         name = ElideStart(name, room, m_Terminal.m_Utf8 ? "…" : "...");
     std::size_t const used = DisplayWidth(name);
 
     std::string line = "  " + VerdictText(outcome.m_Verdict) + "  " + name;
-    if (!size.empty())
+    if (sized)
         line += Blanks((used < room ? room - used : 0) + 2) + Painted(EColour::Dim, size);
     WriteLine(line);
     if (!passedFile)

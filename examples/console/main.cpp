@@ -41,12 +41,17 @@ CTerminal TerminalFor(CConsoleOptions const& options)
     return terminal;
 }
 
-// The suite may still be writing there; what it adds meanwhile stays.
+// Again when the suite, which may still be at work there, has added a file meanwhile.
 void RemoveAtOnce(std::string const& workFolder)
 {
-    std::error_code ignored;
-    if (!workFolder.empty())
-        std::filesystem::remove_all(workFolder, ignored);
+    std::error_code error;
+    if (workFolder.empty())
+        return;
+    for (int attempt = 0; attempt < 100; ++attempt) {
+        std::filesystem::remove_all(workFolder, error);
+        if (!error)
+            return;
+    }
 }
 
 EExitCode RunSuite(CConsoleOptions const& options)

@@ -33,6 +33,22 @@ bool HasVanished(fs::path const& file)
     return fs::status(file, ignored).type() == fs::file_type::not_found;
 }
 
+// Well-formed UTF-16 as wide text. Not by way of the standard library, whose
+// conversions of paths fail outside of a UTF-8 locale.
+std::wstring ToWide(std::u16string const& text)
+{
+    std::wstring wide;
+    for (char16_t const unit : text) {
+        bool const secondHalf = unit >= 0xDC00 && unit <= 0xDFFF;
+        if (secondHalf)
+            wide.back() =
+                static_cast<wchar_t>(0x10000 + ((wide.back() - 0xD800) << 10) + (unit - 0xDC00));
+        else
+            wide.push_back(static_cast<wchar_t>(unit));
+    }
+    return wide;
+}
+
 // A copy, gone with this object.
 class CCopy
 {
@@ -57,13 +73,8 @@ char const* LossyConversion(std::string const& name)
     auto const utf16 = Utf8ToUtf16(name);
     if (*Utf16ToUtf8(*utf16) != name)
         return "UTF-8 to UTF-16 and back";
-
-    // The standard library's conversions, lest ours be compared with itself alone.
-    fs::path const path(name);
-    if (path.u16string() != *utf16)
-        return "UTF-8 to UTF-16";
-    if (*StdWStrToUtf8(path.wstring()) != name)
-        return "wide text to UTF-8";
+    if (*StdWStrToUtf8(ToWide(*utf16)) != name)
+        return "UTF-8 to wide text and back";
     return nullptr;
 }
 

@@ -17,7 +17,10 @@ CSuiteRunner::CSuiteRunner(CSuiteOptions options, ISuiteObserver& observer)
 
 CSuiteRunner::~CSuiteRunner()
 {
-    RequestAbort();
+    // Again and again, for somebody may pause the suite after the request.
+    do
+        RequestAbort();
+    while (!WaitFor(std::chrono::milliseconds(50)));
     m_Thread.join();
     TQUserAbort::EnableUserAbort(false);
 }
@@ -45,7 +48,7 @@ bool CSuiteRunner::WaitFor(std::chrono::milliseconds time) const
     return m_Result.wait_for(time) == std::future_status::ready;
 }
 
-CSuiteSummary CSuiteRunner::Wait()
+CSuiteSummary CSuiteRunner::Wait() const
 {
     return m_Result.get();
 }

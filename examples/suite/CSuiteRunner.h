@@ -36,14 +36,14 @@ public:
 
     /// Whether the suite ended within that time.
     bool WaitFor(std::chrono::milliseconds time) const;
-    /// The suite's result, once; throws what the suite threw.
-    CSuiteSummary Wait();
+    /// Waits for the suite's result; throws what the suite threw.
+    CSuiteSummary Wait() const;
 
 private:
     CFileFidelitySuite m_Suite;
     ISuiteObserver& m_Observer;
     CCheckpoint m_Checkpoint;
     std::packaged_task<CSuiteSummary()> m_Task;
-    std::future<CSuiteSummary> m_Result;
+    std::shared_future<CSuiteSummary> m_Result;
     std::thread m_Thread;
 };

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+/// How a program is started.
+struct CLaunch
+{
+    enum class EOutput { Pipe, Terminal };
+
+    std::vector<std::string> m_Command;
+    /// Beside this process's own variables, whose names they take over.
+    std::map<std::string, std::string> m_Variables;
+    EOutput m_Output = EOutput::Pipe;
+    /// Size of the terminal.
+    unsigned short m_Columns = 80;
+    /// Where standard output goes instead; empty for m_Output.
+    std::string m_OutputFile;
+    /// Ignored by the program from its start; 0 for none.
+    int m_IgnoredSignal = 0;
+};
+
+/// A running program, its standard output and error read together, by way of a
+/// pipe or a terminal of its own. Killed at the latest with this object.
+class CChildProcess
+{
+public:
+    explicit CChildProcess(CLaunch const& launch);
+    CChildProcess(CChildProcess const&) = delete;
+    CChildProcess& operator=(CChildProcess const&) = delete;
+    ~CChildProcess();
+
+    /// Reads until `text` has appeared; false when the output ended before.
+    bool ReadUntil(std::string const& text);
+    /// Reads to the end of the output and returns all of it.
+    std::string const& ReadAll();
+    /// Waits until the program is stuck in its output because nobody reads on.
+    /// For pipes, and a program that writes `line` bytes at a time.
+    void AwaitFullPipe(int line) const;
+    /// Reads no more, as a reader that went away.
+    void CloseOutput();
+    void Signal(int number) const;
+    void Resize(unsigned short columns) const;
+    /// Types on the program's terminal.
+    void Type(std::string const& keys) const;
+    /// The exit code, or the negative number of the signal that ended the program.
+    int Wait();
+
+private:
+    bool ReadMore();
+
+    pid_t m_Process = -1;
+    int m_Output = -1;
+    std::string m_Text;
+};

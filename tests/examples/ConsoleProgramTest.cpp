@@ -1,0 +1,347 @@
+#include "CChildProcess.h"
+#include "TemporaryFolder.h"
+
+#include <TextLayout.h>
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstring>
+
+namespace fs = std::filesystem;
+using testing::AnyOf;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+namespace
+{
+// Enough output to fill every pipe and terminal that nobody reads.
+constexpr int manyFiles = 3000;
+
+// What stands in `text` between the first `before` and the next `after`.
+std::string Between(std::string const& text, std::string const& before, std::string const& after)
+{
+    std::size_t const start = text.find(before) + before.size();
+    return text.substr(start, text.find(after, start) - start);
+}
+
+std::string Replaced(std::string text, std::string const& what, std::string const& by)
+{
+    for (std::size_t at = text.find(what); at != std::string::npos;
+         at = text.find(what, at + by.size()))
+        text.replace(at, what.size(), by);
+    return text;
+}
+
+// The program on a folder of its own, with a temporary folder of its own.
+class CConsoleProgram : public testing::Test
+{
+protected:
+    CConsoleProgram()
+    {
+        WriteFile(m_Files / "a", "first");
+        WriteFile(m_Files / "b", std::string(2048, 'b'));
+        m_Launch.m_Command = {CONSOLE_PROGRAM, m_Files.Path().native()};
+        m_Launch.m_Variables = {{"TMPDIR", m_Temporary.Path().native()},
+                                {"TERM", "xterm"},
+                                {"NO_COLOR", ""},
+                                {"LC_ALL", "C.UTF-8"}};
+    }
+    ~CConsoleProgram() override
+    {
+        EXPECT_TRUE(fs::is_empty(m_Temporary.Path())) << "the work folder is left behind";
+    }
+
+    void AddManyFiles()
+    {
+        for (int number = 0; number < manyFiles; ++number)
+            WriteFile(m_Files / ("many" + std::to_string(number)), "");
+    }
+    int Run()
+    {
+        CChildProcess program(m_Launch);
+        m_Output = program.ReadAll();
+        return program.Wait();
+    }
+    int RunOnTerminal()
+    {
+        m_Launch.m_Output = CLaunch::EOutput::Terminal;
+        return Run();
+    }
+    // The lines and bars that went to a terminal, without colours.
+    std::vector<std::string> Rows() const
+    {
+        std::vector<std::string> rows(1);
+        bool escape = false;
+        for (char const byte : m_Output) {
+            if (byte == '\r' || byte == '\n')
+                rows.emplace_back();
+            else if (byte == '\x1b')
+                escape = true;
+            else if (!escape)
+                rows.back() += byte;
+            escape = escape && byte != 'm';
+        }
+        return rows;
+    }
+    bool HasEscapes() const { return m_Output.find('\x1b') != std::string::npos; }
+    // A carriage return that no line feed follows.
+    bool HasBar() const
+    {
+        return std::adjacent_find(m_Output.begin(), m_Output.end(),
+                                  [](char first, char second) {
+                                      return first == '\r' && second != '\n' && second != '\r';
+                                  })
+               != m_Output.end();
+    }
+
+    CTemporaryFolder const m_Files;
+    CTemporaryFolder const m_Temporary;
+    CLaunch m_Launch;
+    std::string m_Output;
+};
+} // namespace
+
+TEST_F(CConsoleProgram, WritesPlainLinesIntoAPipe)
+{
+    EXPECT_EQ(Run(), 0);
+    std::string const work = Between(m_Output, "\nWorking in ", "\n");
+    EXPECT_THAT(work, StartsWith(m_Temporary / "torqel-file-fidelity-"));
+    std::string const time = Between(m_Output, "KiB in ", ".\nPASSED");
+    EXPECT_THAT(time, EndsWith(" s"));
+    std::string const text = Replaced(Replaced(m_Output, work, "W"), time, "T s");
+    EXPECT_EQ(
+        text,
+        "File fidelity of " + m_Files.Path().native()
+            + "\nWorking in W\n"
+              "\nFiles, copied and compared\n"
+              "  PASS  a"
+            + std::string(68, ' ') + "5 B\n  PASS  b" + std::string(64, ' ')
+            + "2.0 KiB\n"
+              "\nCopies that must be refused\n"
+              "  PASS  missing source\n"
+              "        Unable to copy file 'Cannot copy from source: W/refused/missing does not "
+              "exist.' to ''.\n"
+              "  PASS  folder as source\n"
+              "        Unable to copy file 'Cannot copy from source: W/refused/folder is a "
+              "directory.' to ''.\n"
+              "  PASS  named pipe as source\n"
+              "        Unable to copy file 'Cannot copy from source: W/refused/pipe is not a "
+              "standard file type.' to ''.\n"
+              "  PASS  destination in a missing folder\n"
+              "        Unable to copy file '' to 'Cannot copy to destination: "
+              "W/refused/missing/copy does not exist.'.\n"
+              "  PASS  named pipe as destination\n"
+              "        Unable to copy file '' to 'Cannot copy to destination: W/refused/pipe is "
+              "not "
+              "a regular file.'.\n"
+              "  PASS  both ends at once\n"
+              "        Unable to copy file 'Cannot copy from source: W/refused/missing does not "
+              "exist.' to 'Cannot copy to destination: W/refused/missing/copy does not exist.'.\n"
+              "  PASS  link to itself as source\n"
+              "        Unable to copy file 'W/refused/loop' to .':\n"
+              "           status = 40 (Too many levels of symbolic links)\n"
+              "  PASS  link to itself as destination\n"
+              "        Unable to copy file 'W/refused/loop' to .':\n"
+              "           status = 40 (Too many levels of symbolic links)\n"
+              "\nPassed 10, failed 0, skipped 0.\n"
+              "Compared 2.0 KiB in T s.\n"
+              "PASSED\n");
+}
+
+TEST_F(CConsoleProgram, ExitsWith1AfterAFailure)
+{
+    WriteFile(m_Files / "caf\xE9", "");
+    EXPECT_EQ(Run(), 1);
+    EXPECT_THAT(m_Output, HasSubstr("  FAIL  caf\\xE9\n        the name does not survive: "
+                                    "UTF-8 to UTF-16 and back\n"));
+    EXPECT_THAT(m_Output, HasSubstr("\nWhat failed\n  caf\\xE9\n"));
+    EXPECT_THAT(m_Output, EndsWith("\nFAILED\n"));
+}
+
+TEST_F(CConsoleProgram, ExitsWith2AfterAnInterrupt)
+{
+    for (int const number : {SIGINT, SIGTERM, SIGHUP}) {
+        SCOPED_TRACE(strsignal(number));
+        AddManyFiles();
+        CChildProcess program(m_Launch);
+        ASSERT_TRUE(program.ReadUntil("PASS"));
+        program.Signal(number);
+        EXPECT_THAT(program.ReadAll(), EndsWith("\nABORTED\n"));
+        EXPECT_THAT(program.ReadAll(), HasSubstr(", not run "));
+        EXPECT_EQ(program.Wait(), 2);
+    }
+}
+
+TEST_F(CConsoleProgram, ExitsWith2AfterCtrlC)
+{
+    AddManyFiles();
+    m_Launch.m_Output = CLaunch::EOutput::Terminal;
+    CChildProcess program(m_Launch);
+    ASSERT_TRUE(program.ReadUntil("PASS"));
+    program.Type("\x03");
+    EXPECT_THAT(program.ReadAll(), HasSubstr("ABORTED"));
+    EXPECT_EQ(program.Wait(), 2);
+}
+
+TEST_F(CConsoleProgram, EndsAtOnceAtTheSecondInterrupt)
+{
+    AddManyFiles();
+    CChildProcess program(m_Launch);
+    ASSERT_TRUE(program.ReadUntil("PASS"));
+    program.AwaitFullPipe(81);
+    // Two signals, for two of the same might be delivered as one.
+    program.Signal(SIGINT);
+    program.Signal(SIGTERM);
+    EXPECT_THAT(program.Wait(), AnyOf(-SIGINT, -SIGTERM));
+}
+
+TEST_F(CConsoleProgram, KeepsIgnoringAnInterruptThatItsCallerHasItIgnore)
+{
+    AddManyFiles();
+    m_Launch.m_IgnoredSignal = SIGHUP;
+    CChildProcess program(m_Launch);
+    ASSERT_TRUE(program.ReadUntil("PASS"));
+    program.Signal(SIGHUP);
+    EXPECT_THAT(program.ReadAll(), EndsWith("\nPASSED\n"));
+    EXPECT_EQ(program.Wait(), 0);
+}
+
+TEST_F(CConsoleProgram, ExitsWith64AfterArgumentsThatMeanNothing)
+{
+    m_Launch.m_Command.emplace_back("--fast");
+    EXPECT_EQ(Run(), 64);
+    EXPECT_EQ(m_Output, "torqel-console: There is no option --fast.\nTry torqel-console --help.\n");
+}
+
+TEST_F(CConsoleProgram, ExitsWith66WithoutAFolder)
+{
+    m_Launch.m_Command.back() = m_Files / "a";
+    EXPECT_EQ(Run(), 66);
+    EXPECT_EQ(m_Output,
+              "torqel-console: '" + (m_Files / "a") + "' is not a folder (Not a directory).\n");
+}
+
+TEST_F(CConsoleProgram, ExitsWith73WithoutATemporaryFolder)
+{
+    m_Launch.m_Variables["TMPDIR"] = m_Files / "none";
+    EXPECT_EQ(Run(), 73);
+    EXPECT_THAT(m_Output, StartsWith("torqel-console: There is no temporary folder to work in ("));
+}
+
+TEST_F(CConsoleProgram, ExitsWith74WhenItsOutputIsFull)
+{
+    m_Launch.m_OutputFile = "/dev/full";
+    EXPECT_EQ(Run(), 74);
+    EXPECT_EQ(m_Output, "torqel-console: Standard output takes no more.\n");
+
+    m_Launch.m_Command.emplace_back("--help");
+    EXPECT_EQ(Run(), 74);
+}
+
+TEST_F(CConsoleProgram, ExitsWith74WhenItsReaderWentAway)
+{
+    AddManyFiles();
+    CChildProcess program(m_Launch);
+    ASSERT_TRUE(program.ReadUntil("PASS"));
+    program.CloseOutput();
+    EXPECT_EQ(program.Wait(), 74);
+}
+
+TEST_F(CConsoleProgram, ListsItsOptionsAndExitCodesOnRequest)
+{
+    m_Launch.m_Command.emplace_back("--help");
+    EXPECT_EQ(Run(), 0);
+    EXPECT_THAT(m_Output, StartsWith("Usage: torqel-console [OPTION]... [FOLDER]\n"));
+    for (char const* part : {"--quiet", "--no-colour", "--plain", "--help", "--version", "NO_COLOR",
+                             "/usr/share/common-licenses", "\n   0 ", "\n   1 ", "\n   2 ",
+                             "\n  64 ", "\n  66 ", "\n  70 ", "\n  73 ", "\n  74 "})
+        EXPECT_THAT(m_Output, HasSubstr(part));
+    for (std::string const& row : Rows())
+        EXPECT_LE(DisplayWidth(row), 80u) << row;
+}
+
+TEST_F(CConsoleProgram, NamesItsVersionOnRequest)
+{
+    m_Launch.m_Command.emplace_back("--version");
+    EXPECT_EQ(Run(), 0);
+    EXPECT_EQ(m_Output, "torqel-console " PROJECT_VERSION "\n");
+}
+
+TEST_F(CConsoleProgram, ShowsColoursAndABarOnATerminal)
+{
+    EXPECT_EQ(RunOnTerminal(), 0);
+    EXPECT_THAT(m_Output, HasSubstr("\x1b[32mPASS\x1b[0m"));
+    EXPECT_THAT(m_Output, HasSubstr("\r░░░░"));
+    EXPECT_THAT(m_Output, HasSubstr("█████░░"));
+    EXPECT_THAT(m_Output, EndsWith("\x1b[32mPASSED\x1b[0m\r\n"));
+}
+
+TEST_F(CConsoleProgram, DrawsTheBarInAsciiWithoutAUtf8Locale)
+{
+    m_Launch.m_Variables["LC_ALL"] = "C";
+    EXPECT_EQ(RunOnTerminal(), 0);
+    EXPECT_THAT(m_Output, HasSubstr("\r----"));
+    EXPECT_THAT(m_Output, Not(HasSubstr("░")));
+}
+
+TEST_F(CConsoleProgram, UsesNoEscapeSequenceAgainstTheUsersWish)
+{
+    m_Launch.m_Variables["NO_COLOR"] = "1";
+    EXPECT_EQ(RunOnTerminal(), 0);
+    EXPECT_FALSE(HasEscapes()) << "NO_COLOR";
+    EXPECT_TRUE(HasBar()) << "NO_COLOR";
+
+    m_Launch.m_Variables["NO_COLOR"] = "";
+    m_Launch.m_Command.emplace_back("--no-colour");
+    EXPECT_EQ(RunOnTerminal(), 0);
+    EXPECT_FALSE(HasEscapes()) << "--no-colour";
+    EXPECT_TRUE(HasBar()) << "--no-colour";
+}
+
+TEST_F(CConsoleProgram, WritesPlainLinesOnATerminalThatCanDoNoMore)
+{
+    m_Launch.m_Variables["TERM"] = "dumb";
+    EXPECT_EQ(RunOnTerminal(), 0);
+    EXPECT_FALSE(HasEscapes() || HasBar()) << "TERM=dumb";
+
+    m_Launch.m_Variables["TERM"] = "xterm";
+    m_Launch.m_Command.emplace_back("--plain");
+    EXPECT_EQ(RunOnTerminal(), 0);
+    EXPECT_FALSE(HasEscapes() || HasBar()) << "--plain";
+}
+
+TEST_F(CConsoleProgram, KeepsWithinTheWindow)
+{
+    WriteFile(m_Files / (std::string(120, 'n') + "ame"), "");
+    for (int const columns : {20, 40, 80, 200}) {
+        SCOPED_TRACE(columns);
+        m_Launch.m_Columns = static_cast<unsigned short>(columns);
+        EXPECT_EQ(RunOnTerminal(), 0);
+        for (std::string const& row : Rows())
+            EXPECT_LE(static_cast<int>(DisplayWidth(row)), columns) << row;
+    }
+}
+
+TEST_F(CConsoleProgram, FollowsTheWindowsWidth)
+{
+    AddManyFiles();
+    m_Launch.m_Output = CLaunch::EOutput::Terminal;
+    m_Launch.m_Columns = 80;
+    CChildProcess program(m_Launch);
+    ASSERT_TRUE(program.ReadUntil("PASS"));
+    program.Resize(40);
+    m_Output = program.ReadAll();
+    EXPECT_EQ(program.Wait(), 0);
+
+    std::vector<std::string> const rows = Rows();
+    EXPECT_GT(std::count_if(rows.begin(), rows.end(),
+                            [](std::string const& row) { return DisplayWidth(row) > 40; }),
+              0);
+    // The terminal holds back some rows from before; none of them is among the last.
+    for (auto row = rows.end() - 100; row != rows.end(); ++row)
+        EXPECT_LE(DisplayWidth(*row), 40u) << *row;
+}
