@@ -258,6 +258,7 @@ TEST(CBasicFlatString, FormattingFailureThrowsRuntimeErrorAndKeepsBothBuffers)
         CSimpleBuffer out;
         CBasicFlatString::DoBuild(out, none, "%d %s %ls", 1, std::string(50, 'x').c_str(),
                                   Wide(L""));
+        out.Get(0)[0] = '!'; // the two buffers now differ
         CSimpleBuffer const before(out);
         CAllocationCounter const during;
         ExpectFormattingFailure(Catch([&] { row.fail(out); }));

@@ -3,6 +3,7 @@
 #include <BaseUtilities/CSafeString.h>
 
 #include "Allocations.h"
+#include "Threads.h"
 
 #include <gtest/gtest.h>
 
@@ -421,6 +422,16 @@ TEST(DoMakeWhatString, HoldsOneTextAtATime)
     TQException::DoMakeWhatString("another one too long for any small buffer inside a string");
     TQException::DoMakeWhatString("a third one too long for any small buffer inside a string");
     EXPECT_EQ(during.Live(), 0);
+}
+
+TEST(DoMakeWhatString, HoldsOneTextForAllThreads)
+{
+    TQException::DoMakeWhatString("a text too long for any small buffer inside a string");
+    RunOnNewThread([] {
+        CAllocationCounter const during;
+        TQException::DoMakeWhatString("another one too long for any small buffer inside a string");
+        EXPECT_EQ(during.Live(), 0); // the other thread's text is released
+    });
 }
 
 TEST(DoMakeWhatString, FailedAllocationKeepsTheHeldText)
