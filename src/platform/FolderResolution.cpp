@@ -10,6 +10,16 @@
 
 namespace fs = std::filesystem;
 
+namespace
+{
+// `base` is the caller's to give away, so that no copy of it is made here.
+template <class Name>
+CSafeString Join(fs::path&& base, Name const& name)
+{
+    return ToText(base /= name);
+}
+} // namespace
+
 bool CheckEnvVar(basic_sv_wrapper<char> const& name)
 {
     if (name.empty())
@@ -30,33 +40,33 @@ CSafeString GetStandardDirName(QStandardPaths::StandardLocation location)
 
 CSafeString GetAppInstallPathName(basic_sv_wrapper<char> const& name)
 {
-    return AppendToPath(GetStandardDirName(QStandardPaths::ApplicationsLocation), name);
+    return Join(ToPath(GetStandardDirName(QStandardPaths::ApplicationsLocation)), ToPath(name));
 }
 
 CSafeString AppendToPath(fs::path const& base, basic_sv_wrapper<char> const& name)
 {
-    return ToText(base / ToPath(name));
+    return Join(fs::path(base), ToPath(name));
 }
 
 CSafeString AppendToPath(basic_sv_wrapper<char> const& base, basic_sv_wrapper<char> const& name)
 {
-    return AppendToPath(ToPath(base), name);
+    return Join(ToPath(base), ToPath(name));
 }
 
 CSafeString GetQuillonDocsPathName()
 {
-    return AppendToPath(GetStandardDirName(QStandardPaths::DocumentsLocation),
-                        "Quillon Test Suite");
+    return Join(ToPath(GetStandardDirName(QStandardPaths::DocumentsLocation)),
+                "Quillon Test Suite");
 }
 
 CSafeString GetWorkFilesFolderPathName()
 {
-    return AppendToPath(GetQuillonDocsPathName(), "Work Files");
+    return Join(ToPath(GetQuillonDocsPathName()), "Work Files");
 }
 
 CSafeString GetQuillonJsonFolderPathName()
 {
-    return AppendToPath(GetQuillonDocsPathName(), "Downloaded Quillon Vendor File");
+    return Join(ToPath(GetQuillonDocsPathName()), "Downloaded Quillon Vendor File");
 }
 
 CSafeString GetProgramDataParentFolder()

@@ -52,6 +52,16 @@ private:
     std::optional<CFormattedString> m_Text;
 };
 
+std::optional<CSafeString> VerifyCopy(fs::path const& copied, bool throws)
+{
+    fs::file_status const status = fs::status(copied);
+    if (fs::is_regular_file(status))
+        return ToText(copied);
+    if (throws)
+        ThrowNotACopy(copied, status.type());
+    return std::nullopt;
+}
+
 std::optional<CSafeString> CopyChecked(fs::path const& source, fs::path const& destination,
                                        bool throws)
 {
@@ -76,14 +86,9 @@ std::optional<CSafeString> CopyChecked(fs::path const& source, fs::path const& d
 
     fs::copy(source, destination, fs::copy_options::overwrite_existing);
 
-    bool const intoFolder = fs::is_directory(destinationStatus);
-    fs::path const copied = intoFolder ? destination / source.filename() : destination;
-    fs::file_status const copiedStatus = fs::status(copied);
-    if (fs::is_regular_file(copiedStatus))
-        return ToText(copied);
-    if (throws)
-        ThrowNotACopy(copied, copiedStatus.type());
-    return std::nullopt;
+    if (fs::is_directory(destinationStatus))
+        return VerifyCopy(destination / source.filename(), throws);
+    return VerifyCopy(destination, throws);
 }
 } // namespace
 

@@ -5,14 +5,22 @@
 #include <QStringList>
 
 #include <cctype>
+#include <stdexcept>
 #include <string>
 
 namespace
 {
-// By way of std::string, which refuses a null pointer with a length.
 QString ToQString(basic_sv_wrapper<char> const& text)
 {
-    return QString::fromStdString(std::string(text.data(), text.size()));
+    if (text.data() == nullptr && !text.empty())
+        throw std::logic_error("basic_string: construction from null is not valid");
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+// By way of a standard string of its own.
+QString ItemToQString(CSafeString const& item)
+{
+    return QString::fromStdString(std::string(item.get()));
 }
 
 CSafeString ToSafeString(QString const& text)
@@ -56,7 +64,7 @@ CSafeString StringJoin(std::vector<CSafeString> const& items,
     QStringList list;
     list.reserve(static_cast<qsizetype>(items.size()));
     for (CSafeString const& item : items)
-        list.append(ToQString(item.get()));
+        list.append(ItemToQString(item));
     return ToSafeString(list.join(between));
 }
 
