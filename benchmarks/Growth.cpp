@@ -1,0 +1,161 @@
+// How the costs grow: with the number of items, the size of the file and the number of threads.
+//
+// Usage: baseutilities-growth [--quick] [--json=FILE]
+
+#include "Arguments.h"
+#include "Samples.h"
+#include "TestFolders.h"
+
+#include <BaseUtilities/CSafeString.h>
+#include <BaseUtilities/DoThrow.h>
+#include <BaseUtilities/StringUtilities.h>
+#include <BaseUtilities/TQUserAbort.h>
+#include <BaseUtilities/TqCopyFile.h>
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <thread>
+
+namespace fs = std::filesystem;
+
+namespace
+{
+using Clock = std::chrono::steady_clock;
+
+template <class Body>
+double Nanoseconds(Body body)
+{
+    auto const start = Clock::now();
+    body();
+    return std::chrono::duration<double, std::nano>(Clock::now() - start).count();
+}
+
+// The median of three.
+template <class Body>
+double Median(Body body)
+{
+    double times[] = {Nanoseconds(body), Nanoseconds(body), Nanoseconds(body)};
+    std::sort(std::begin(times), std::end(times));
+    return times[1];
+}
+
+class CReport
+{
+public:
+    explicit CReport(std::string const& file) : m_Json(file) { m_Json << "["; }
+    ~CReport() { m_Json << "\n]\n"; }
+    void Add(std::string const& what, std::string const& size, double value, char const* unit)
+    {
+        std::printf("%-40s %12s  %10.2f %s\n", what.c_str(), size.c_str(), value, unit);
+        std::fflush(stdout);
+        m_Json << (m_First ? "\n" : ",\n") << R"(  {"what": ")" << what << R"(", "size": ")" << size
+               << R"(", "value": )" << value << R"(, "unit": ")" << unit << "\"}";
+        m_First = false;
+    }
+
+private:
+    std::ofstream m_Json;
+    bool m_First = true;
+};
+
+void GrowItems(CReport& report, std::size_t count)
+{
+    std::string const size = std::to_string(count);
+    auto const items = static_cast<double>(count);
+    {
+        auto const words = MakeWords<CSafeString>(count);
+        report.Add("do_join, an item", size,
+                   Median([&] { CSafeString::do_join(words, ","); }) / items, "ns");
+    }
+    report.Add("append, an item", size, Median([&] {
+                                            CSafeString text;
+                                            for (std::size_t index = 0; index < count; ++index)
+                                                text += "ten bytes,";
+                                        }) / items,
+               "ns");
+    std::string const fields = MakeText(10 * count, "123456789,");
+    report.Add("StringSplit, a field", size, Median([&] { StringSplit(fields, ","); }) / items,
+               "ns");
+    report.Add("ToUpper, a byte", size, Median([&] { ToUpper(fields); }) / (10 * items), "ns");
+}
+
+void GrowFiles(CReport& report, CFolder const& folder, std::uintmax_t size)
+{
+    std::string const from = folder.File("source.bin");
+    std::string const to = folder.File("destination.bin");
+    std::ofstream(from).close();
+    fs::resize_file(from, size); // sparse: all the work is in the copy
+    double const mebibytes = static_cast<double>(size) / 1024 / 1024;
+    double const time = Nanoseconds([&] { TqCopyFile(from, to, ECopyFailType::Throw); });
+    if (fs::file_size(to) != size)
+        std::abort();
+    fs::remove(to);
+    report.Add("TqCopyFile, a MiB", SizeName(size), time / 1000 / mebibytes, "us");
+}
+
+// Operations per microsecond of all threads together.
+template <class Body>
+double Rate(unsigned int threads, Body body)
+{
+    constexpr auto Duration = std::chrono::milliseconds(300);
+    std::atomic<bool> stop{false};
+    std::atomic<std::size_t> done{0};
+    std::vector<std::thread> workers;
+    for (unsigned int index = 0; index < threads; ++index)
+        workers.emplace_back([&] {
+            std::size_t count = 0;
+            for (; !stop.load(std::memory_order_relaxed); ++count)
+                body();
+            done += count;
+        });
+    std::this_thread::sleep_for(Duration);
+    stop = true;
+    for (std::thread& worker : workers)
+        worker.join();
+    return static_cast<double>(done.load()) / std::chrono::microseconds(Duration).count();
+}
+
+void GrowThreads(CReport& report, unsigned int threads)
+{
+    std::string const count = std::to_string(threads) + " threads";
+    report.Add("abort polls", count, Rate(threads, [] { TQUserAbort::UserAbortRequested(); }),
+               "per us");
+    report.Add("DoThrow and catch", count,
+               Rate(threads,
+                    [] {
+                        try {
+                            DoThrow<TQRunTimeException>(TEST_STATUS_ERROR, "There is no file %s.",
+                                                        "readme.txt");
+                        } catch (TQRunTimeException const&) {
+                        }
+                    }),
+               "per us");
+}
+} // namespace
+
+int main(int argc, char** argv)
+{
+    QCoreApplication const application(argc, argv);
+    CArguments const arguments(argc, argv);
+    bool const quick = arguments.Has("quick");
+    CReport report(arguments.Value("json"));
+
+    for (std::size_t count = 1000; count <= (quick ? 100'000UL : 10'000'000UL); count *= 10)
+        GrowItems(report, count);
+
+    constexpr std::uintmax_t MiB = 1024 * 1024;
+    CFolder const folder(DiskFolder);
+    std::uintmax_t const room = fs::space(DiskFolder).available / 2;
+    for (std::uintmax_t const size : {4 * MiB, 64 * MiB, 1024 * MiB, 4096 * MiB}) {
+        if (size <= room && size <= (quick ? 64 * MiB : size))
+            GrowFiles(report, folder, size);
+    }
+    for (unsigned int const threads : {1U, 2U, 4U, 8U})
+        GrowThreads(report, threads);
+}

@@ -1,0 +1,148 @@
+// Times every operation: the library, the floor and the peers interleaved, nine times each.
+//
+// Usage: baseutilities-times [--quick] [--filter=REGEX] [--json=FILE] [--benchmark_...]
+
+#include "Arguments.h"
+#include "Operations.h"
+
+#include <QCoreApplication>
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <fstream>
+#include <map>
+#include <vector>
+
+namespace
+{
+// Keeps the nanoseconds of each repetition instead of printing them.
+class CCollector : public benchmark::BenchmarkReporter
+{
+public:
+    bool ReportContext(Context const&) override { return true; }
+    void ReportRuns(std::vector<Run> const& runs) override
+    {
+        for (Run const& run : runs) {
+            if (run.run_type == Run::RT_Iteration)
+                m_Times[run.run_name.function_name].push_back(
+                    run.real_accumulated_time * 1e9 / static_cast<double>(run.iterations));
+        }
+    }
+    std::vector<double> Sorted(std::string const& contender) const
+    {
+        std::vector<double> times = m_Times.at(contender);
+        std::sort(times.begin(), times.end());
+        return times;
+    }
+
+private:
+    std::map<std::string, std::vector<double>> m_Times;
+};
+
+struct SSummary
+{
+    double m_Median;
+    double m_Spread; // the distance of the quartiles, as a part of the median
+};
+
+SSummary Summarise(std::vector<double> const& sorted)
+{
+    double const median = sorted[sorted.size() / 2];
+    return {median, (sorted[sorted.size() * 3 / 4] - sorted[sorted.size() / 4]) / median};
+}
+
+// So many repetitions between two looks at the clock that those looks do not count.
+std::size_t BatchFor(CContender const& contender)
+{
+    using Clock = std::chrono::steady_clock;
+    contender.m_Repeat(1); // the first one may be special
+    auto const start = Clock::now();
+    contender.m_Repeat(1);
+    auto const once = std::max<long>(1, (Clock::now() - start) / std::chrono::nanoseconds(1));
+    return static_cast<std::size_t>(std::clamp<long>(10000 / once, 1, 1000));
+}
+
+CCollector Time(COperation const& operation)
+{
+    benchmark::ClearRegisteredBenchmarks();
+    for (CContender const& contender : operation.m_Contenders) {
+        auto const body = [&contender, batch = BatchFor(contender)](benchmark::State& state) {
+            while (state.KeepRunningBatch(static_cast<benchmark::IterationCount>(batch)))
+                contender.m_Repeat(batch);
+        };
+        benchmark::RegisterBenchmark(contender.m_Name.c_str(), body)
+            ->UseRealTime()
+            ->Threads(operation.m_Threads);
+    }
+    CCollector collector;
+    benchmark::RunSpecifiedBenchmarks(&collector, ".");
+    return collector;
+}
+
+void Print(COperation const& operation, CCollector const& times)
+{
+    double const floor = Summarise(times.Sorted("floor")).m_Median;
+    std::printf("%-52s", operation.m_Name.c_str());
+    for (CContender const& contender : operation.m_Contenders) {
+        SSummary const summary = Summarise(times.Sorted(contender.m_Name));
+        std::printf("  %s %.1f ns ±%.0f %% (%.2f)", contender.m_Name.c_str(), summary.m_Median,
+                    summary.m_Spread * 50, summary.m_Median / floor);
+    }
+    std::printf("\n");
+    std::fflush(stdout);
+}
+
+void Write(std::ostream& json, COperation const& operation, CCollector const& times, bool first)
+{
+    json << (first ? "\n" : ",\n") << R"(  {"area": ")" << operation.m_Area
+         << R"(", "operation": ")" << operation.m_Name << R"(", "times": {)";
+    bool firstContender = true;
+    for (CContender const& contender : operation.m_Contenders) {
+        std::vector<double> const sorted = times.Sorted(contender.m_Name);
+        SSummary const summary = Summarise(sorted);
+        json << (firstContender ? "" : ", ") << '"' << contender.m_Name << R"(": {"median": )"
+             << summary.m_Median << R"(, "spread": )" << summary.m_Spread << R"(, "sorted": [)";
+        for (std::size_t index = 0; index < sorted.size(); ++index)
+            json << (index == 0 ? "" : ", ") << sorted[index];
+        json << "]}";
+        firstContender = false;
+    }
+    json << "}}";
+}
+} // namespace
+
+int main(int argc, char** argv)
+{
+    QCoreApplication const application(argc, argv);
+    CArguments const arguments(argc, argv);
+    std::vector<std::string> options{
+        argv[0], "--benchmark_enable_random_interleaving=true", "--benchmark_repetitions=9",
+        arguments.Has("quick") ? "--benchmark_min_time=0.005" : "--benchmark_min_time=0.05"};
+    for (int index = 1; index < argc; ++index) {
+        if (std::string_view(argv[index]).substr(0, 12) == "--benchmark_")
+            options.emplace_back(argv[index]);
+    }
+    std::vector<char*> pointers;
+    for (std::string& option : options)
+        pointers.push_back(option.data());
+    int count = static_cast<int>(pointers.size());
+    benchmark::Initialize(&count, pointers.data());
+
+    std::ofstream json(arguments.Value("json"));
+    json << "[";
+    bool first = true;
+    CCatalogue const catalogue;
+    for (COperation const& operation : catalogue.Operations()) {
+        bool const tooHeavy = operation.m_Weight == EWeight::Heavy && arguments.Has("quick");
+        if (tooHeavy || !arguments.Selects(operation.m_Name))
+            continue;
+        CCollector const times = Time(operation);
+        Print(operation, times);
+        Write(json, operation, times, first);
+        first = false;
+    }
+    json << "\n]\n";
+}

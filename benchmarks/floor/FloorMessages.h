@@ -1,0 +1,106 @@
+#pragma once
+
+#include "FloorExport.h"
+#include "FloorText.h"
+
+#include <BaseUtilities/TEST_STATUS.h>
+#include <BaseUtilities/TQColor.h>
+
+#include <chrono>
+#include <cstdint>
+#include <stdexcept>
+
+namespace Floor
+{
+/// Grows in steps of 1024 bytes and discards its contents.
+class FLOOR_EXPORT CBuffer
+{
+public:
+    CBuffer() = default;
+    CBuffer(CBuffer const& other);
+    CBuffer& operator=(CBuffer const& other);
+    ~CBuffer();
+    char* Get(unsigned long wanted);
+    friend FLOOR_EXPORT bool operator==(CBuffer const& left, CBuffer const& right);
+
+private:
+    friend struct CBuilder;
+    char* m_pBuffer = nullptr;
+    unsigned long m_Size = 0;
+};
+
+FLOOR_EXPORT void Build(CBuffer& out, unsigned long indent, View const& format,
+                        char const* argument, int number);
+
+/// An indented message in a buffer of its own.
+class FLOOR_EXPORT CMessage
+{
+public:
+    CMessage(View const& format, char const* argument, int number);
+    CMessage(CMessage const&) = delete;
+    CMessage& operator=(CMessage const&) = delete;
+    ~CMessage();
+    char const* get() const { return m_pText; }
+
+private:
+    CBuffer m_Buffer;
+    char const* m_pText;
+};
+
+class FLOOR_EXPORT CException : public std::runtime_error
+{
+public:
+    CException(View const& message, TEST_STATUS status);
+    CException(CException const&) = default;
+    CException& operator=(CException const&) = default;
+    ~CException() override;
+    TEST_STATUS GetStatus() const noexcept { return m_Status; }
+
+private:
+    TEST_STATUS m_Status;
+};
+
+class FLOOR_EXPORT CRunTimeException : public CException
+{
+public:
+    CRunTimeException(View const& message = "TQRunTimeException Thrown",
+                      TEST_STATUS status = TEST_STATUS_ERROR);
+    CRunTimeException(CRunTimeException const&) = default;
+    CRunTimeException& operator=(CRunTimeException const&) = default;
+    ~CRunTimeException() override;
+};
+
+[[noreturn]] FLOOR_EXPORT void Throw(TEST_STATUS status, View const& format, char const* argument);
+[[noreturn]] FLOOR_EXPORT void Throw(TEST_STATUS status, View const& format, char const* argument,
+                                     int number);
+
+struct FLOOR_EXPORT CUuid
+{
+    std::uint32_t m_Data1 = 0;
+    std::uint16_t m_Data2 = 0;
+    std::uint16_t m_Data3 = 0;
+    std::uint8_t m_Data4[8] = {};
+    CText ToString() const;
+};
+
+FLOOR_EXPORT CText MakeTimeString(char const* format,
+                                  std::chrono::system_clock::time_point const& when);
+
+struct FLOOR_EXPORT CFormat
+{
+    TQColor m_Color{};
+    TQColor m_BackColor{255, 255, 255, 255};
+    std::uint8_t m_TextStyle = 0;
+    std::uint16_t m_Weight = 400;
+    std::uint8_t m_TextEffect = 0;
+    bool m_ColorChanged = false;
+    bool m_BackColorChanged = false;
+    bool m_TextStyleChanged = false;
+    bool m_WeightChanged = false;
+    bool m_TextEffectChanged = false;
+    bool m_HasColor = false;
+    bool m_HasBackColor = false;
+
+    CFormat& MergeFormat(CFormat const& other);
+};
+} // namespace Floor

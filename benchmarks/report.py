@@ -1,0 +1,237 @@
+#!/usr/bin/env python3
+"""Makes the tables and the plot of docs/performance.md from the files of a run.
+
+Usage: report.py FOLDER LIBRARY FLOOR [--update-docs DOCS]
+
+FOLDER holds times.json, allocations.json, growth.json and the dumps of callgrind
+(callgrind.out.*); LIBRARY and FLOOR are the two shared libraries. Prints the tables; with
+--update-docs also writes them between the marks of DOCS/performance.md, and the plot to
+DOCS/performance.svg.
+"""
+
+import json
+import os
+import pathlib
+import platform
+import re
+import subprocess
+import sys
+import tempfile
+
+
+def load(path):
+    return json.loads(path.read_text()) if path.exists() else []
+
+
+def instructions(folder):
+    """Instructions per operation and contender, from the dumps of callgrind."""
+    counts = {}
+    for dump in folder.glob("callgrind.out.*"):
+        text = dump.read_text(errors="replace")
+        name = re.search(r"^desc: Trigger: Client Request: (.*)\|(\w+)\|(\d+)$", text, re.M)
+        if name:
+            total = int(re.search(r"^summary: (\d+)", text, re.M).group(1))
+            counts[name.group(1), name.group(2)] = total / int(name.group(3))
+    return counts
+
+
+def nanoseconds(value):
+    for unit, size in (("ms", 1e6), ("µs", 1e3)):
+        if value >= size:
+            return f"{value / size:.3g} {unit}"
+    return f"{value:.3g} ns"
+
+
+def best_peer(times):
+    peers = {name: each for name, each in times.items() if name not in ("library", "floor")}
+    return min(peers.items(), key=lambda peer: peer[1]["median"], default=None)
+
+
+def ratio(value, floor):
+    return f"{value / floor:.2f}" if floor else "–"
+
+
+def times_table(times, counts, allocations):
+    blocks = {each["operation"]: each for each in allocations}
+    lines = []
+    area = None
+    for each in times:
+        name, contenders = each["operation"], each["times"]
+        if each["area"] != area:
+            area = each["area"]
+            lines += [
+                "",
+                f"### {area}",
+                "",
+                "| Operation | Library | ± | Floor | Time | Instructions | Blocks | Best peer |",
+                "|---|--:|--:|--:|--:|--:|--:|--:|",
+            ]
+        library, floor = contenders["library"], contenders["floor"]
+        peer = best_peer(contenders)
+        executed = counts.get((name, "library"))
+        counted = (
+            f"{executed:.0f} ({ratio(executed, counts[name, 'floor'])})" if executed else "–"
+        )
+        taken = (
+            f"{blocks[name]['library']} of {blocks[name]['required']}" if name in blocks else "–"
+        )
+        lines.append(
+            f"| {name} | {nanoseconds(library['median'])} | {library['spread'] * 50:.0f} % "
+            f"| {nanoseconds(floor['median'])} | {ratio(library['median'], floor['median'])} "
+            f"| {counted} | {taken} | "
+            + (f"{peer[0]}: {ratio(peer[1]['median'], floor['median'])} |" if peer else "– |")
+        )
+    return "\n".join(lines[1:])
+
+
+def verdict(times, counts, allocations):
+    """How many operations keep within the targets, and which do not."""
+    lines = []
+
+    def judge(what, limit, ratios):
+        over = sorted(((value, name) for name, value in ratios.items() if value > limit))
+        lines.append(
+            f"- {what} at most {limit}: {len(ratios) - len(over)} of {len(ratios)} operations"
+            + ("." if not over else "; not: ")
+            + ", ".join(f"{name} ({value:.2f})" for value, name in reversed(over))
+        )
+
+    judge(
+        "Time to the floor",
+        1.05,
+        {
+            each["operation"]: each["times"]["library"]["median"]
+            / each["times"]["floor"]["median"]
+            for each in times
+        },
+    )
+    judge(
+        "Instructions to the floor",
+        1.03,
+        {
+            name: count / counts[name, "floor"]
+            for (name, who), count in counts.items()
+            if who == "library"
+        },
+    )
+    wrong = [each["operation"] for each in allocations if each["library"] != each["required"]]
+    lines.append(
+        f"- Blocks exactly as promised: {len(allocations) - len(wrong)} of {len(allocations)} "
+        "operations" + ("; not: " + ", ".join(wrong) if wrong else ".")
+    )
+    return "\n".join(lines)
+
+
+def output(*command):
+    return subprocess.run(command, capture_output=True, text=True, check=True).stdout
+
+
+def binary_figures(library):
+    """Bytes when stripped, relocations at load, names given to others."""
+    with tempfile.TemporaryDirectory() as folder:
+        stripped = os.path.join(folder, "stripped.so")
+        output("strip", "--strip-unneeded", "-o", stripped, library)
+        size = os.path.getsize(stripped)
+    relocations = output("readelf", "--relocs", "--wide", library)
+    plt = len(re.findall(r"R_X86_64_JUMP_SLO", relocations))
+    all_relocations = len(re.findall(r"R_X86_64_", relocations))
+    names = len(output("nm", "--dynamic", "--defined-only", library).splitlines())
+    return size, all_relocations, plt, names
+
+
+def binary_table(library, floor):
+    lines = [
+        "| | Stripped | Relocations | of them for the PLT | Exported names |",
+        "|---|--:|--:|--:|--:|",
+    ]
+    for name, path in (("library", library), ("floor", floor)):
+        size, relocations, plt, names = binary_figures(path)
+        lines.append(f"| {name} | {size // 1024} KiB | {relocations} | {plt} | {names} |")
+    return "\n".join(lines)
+
+
+def growth_table(growth):
+    sizes = {}
+    for each in growth:
+        sizes.setdefault((each["what"], each["unit"]), []).append(
+            f"{each['size']}: {each['value']:.3g}"
+        )
+    lines = ["| | Unit | Figures |", "|---|---|---|"]
+    lines += [f"| {what} | {unit} | {'; '.join(all)} |" for (what, unit), all in sizes.items()]
+    return "\n".join(lines)
+
+
+def machine():
+    cpu = re.search(r"^model name\s*: (.*)$", pathlib.Path("/proc/cpuinfo").read_text(), re.M)
+    memory = re.search(r"MemTotal:\s+(\d+)", pathlib.Path("/proc/meminfo").read_text())
+    system = re.search(
+        r'^PRETTY_NAME="(.*)"$', pathlib.Path("/etc/os-release").read_text(), re.M
+    )
+    compiler = output("g++", "--version").splitlines()[0]
+    qt = output("dpkg-query", "--show", "--showformat=${Version}", "libqt6core6")
+    return (
+        f"{cpu.group(1) if cpu else platform.machine()}, {os.cpu_count()} cores, "
+        f"{int(memory.group(1)) // 1024 // 1024} GiB; {system.group(1)}, "
+        f"Linux {platform.release()}; {compiler}; Qt {qt}; glibc {platform.libc_ver()[1]}."
+    )
+
+
+def plot(times, target):
+    rows = []
+    for each in reversed(times):
+        contenders = each["times"]
+        floor = contenders["floor"]["median"]
+        peer = best_peer(contenders)
+        rows.append(
+            f"\"{each['operation']}\" {contenders['library']['median'] / floor:.3f} "
+            f"{peer[1]['median'] / floor if peer else float('nan'):.3f}"
+        )
+    script = f"""
+set terminal svg size 900,{120 + 15 * len(rows)} font 'sans,10' background 'white'
+set output '{target}'
+set title 'Median time, as a ratio to the floor (left of 1 is faster)'
+set logscale x 2
+set xrange [0.125:8]
+set yrange [-1:{len(rows)}]
+set grid x
+set key outside top center horizontal
+set arrow from 1,-1 to 1,{len(rows)} nohead lw 2 lc 'gray'
+plot '-' using 2:0:ytic(1) with points pt 7 ps 0.6 lc 'dark-blue' title 'library', \\
+     '-' using 3:0 with points pt 6 ps 0.6 lc 'orange-red' title 'best peer'
+""" + 2 * ("\n".join(rows) + "\ne\n")
+    subprocess.run(["gnuplot"], input=script, text=True, check=True)
+
+
+def replace_marked(text, name, content):
+    pattern = re.compile(rf"(<!-- {name} -->\n).*?(<!-- end -->)", re.S)
+    if not pattern.search(text):
+        raise SystemExit(f"report.py: no mark for {name}")
+    return pattern.sub(lambda match: f"{match[1]}{content}\n{match[2]}", text)
+
+
+def main():
+    folder, library, floor = map(pathlib.Path, sys.argv[1:4])
+    times = load(folder / "times.json")
+    allocations = load(folder / "allocations.json")
+    counts = instructions(folder)
+    sections = {
+        "machine": machine(),
+        "verdict": verdict(times, counts, allocations),
+        "times": times_table(times, counts, allocations),
+        "binary": binary_table(library, floor),
+        "growth": growth_table(load(folder / "growth.json")),
+    }
+    for content in sections.values():
+        print(content, end="\n\n")
+    if "--update-docs" in sys.argv:
+        docs = pathlib.Path(sys.argv[sys.argv.index("--update-docs") + 1])
+        page = docs / "performance.md"
+        text = page.read_text()
+        for name, content in sections.items():
+            text = replace_marked(text, name, content)
+        page.write_text(text)
+        plot(times, docs / "performance.svg")
+
+
+if __name__ == "__main__":
+    main()
