@@ -9,8 +9,10 @@
 // UTF-8, UTF-16 and wide text (UCS-4) into one another. The view's length
 // bounds the input; it needs no terminator and may hold NULs. An empty or null
 // view gives an owner of an empty string, never a null owner. Ill-formed input
-// is replaced as Qt replaces it (U+FFFD). All throw std::bad_alloc, and
-// std::length_error for a result that no string can hold.
+// is replaced as Qt replaces it: by U+FFFD, or by "?" for half a surrogate
+// pair. Also as in Qt, a byte order mark in front of UTF-8 or wide text is
+// dropped. All throw std::bad_alloc, and std::length_error for a result that
+// no string can hold.
 //
 // Threads: any number at once.
 

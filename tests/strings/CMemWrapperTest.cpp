@@ -1,8 +1,11 @@
 #include <BaseUtilities/CMemWrapper.h>
 
+#include "Allocations.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <limits>
 #include <new>
 
@@ -52,4 +55,41 @@ TEST(CMemWrapper, ReleaseOfNullDoesNothing)
     void* block = nullptr;
     CMemWrapper::ReleaseMemory(block);
     EXPECT_EQ(block, nullptr);
+}
+
+TEST(CMemWrapper, EveryFailingAllocationThrowsBadAlloc)
+{
+    if (!CanFailMalloc())
+        GTEST_SKIP() << "the sanitizer owns malloc";
+    for (bool const zeroFill : {false, true}) {
+        SCOPED_TRACE(zeroFill ? "zero-filled" : "not filled");
+        int const failures = FailEachAllocation(
+            [zeroFill] {
+                void* block = CMemWrapper::AllocateMemory(100, zeroFill);
+                CMemWrapper::ReleaseMemory(block);
+            },
+            [] {}, EAllocator::Malloc);
+        EXPECT_EQ(failures, 1);
+    }
+}
+
+TEST(CMemWrapper, SizeZeroAllocatesNothing)
+{
+    if (!CanFailMalloc())
+        GTEST_SKIP() << "the sanitizer owns malloc";
+    CAllocationFailure const next(1, EAllocator::Malloc);
+    CMemWrapper::AllocateMemory(0, true);
+    CMemWrapper::AllocateMemory(0, false);
+    EXPECT_FALSE(next.Happened());
+}
+
+// What malloc and free know, so that the block of either kind is theirs.
+TEST(CMemWrapper, BlocksAreThoseOfTheRuntimeLibrary)
+{
+    for (bool const zeroFill : {false, true}) {
+        std::free(CMemWrapper::AllocateMemory(100, zeroFill));
+        void* block = std::malloc(100);
+        CMemWrapper::ReleaseMemory(block);
+        EXPECT_EQ(block, nullptr);
+    }
 }
