@@ -12,7 +12,8 @@ void UIHelperBase::QtSignaler(CQtSignaler& signaler)
 void UIHelperBase::AppName(basic_sv_wrapper<char> const& name)
 {
     static CSafeString const text(1, name ? '\1' : '\0');
-    m_AppName = text.get();
+    // First calls may meet; relaxed access keeps the plain member free of data races.
+    __atomic_store_n(&m_AppName, text.get(), __ATOMIC_RELAXED);
 }
 
 EUserInputState& UIHelperBase::UserInputState()
