@@ -70,3 +70,15 @@ configure_file(
 install(FILES "${PROJECT_BINARY_DIR}/BaseUtilities.pc"
     DESTINATION "${pkgconfig_dir}"
     COMPONENT Development)
+
+# GDB loads the file beside a library by itself where that folder is trusted, and from its own
+# auto-load folder, which belongs to the system, always.
+set(BASEUTILITIES_INSTALL_GDBDIR "" CACHE STRING
+    "Where GDB's printers are installed, if not beside the library")
+set(gdb_dir "${library_dir}")
+if(BASEUTILITIES_INSTALL_GDBDIR)
+    set(gdb_dir "${BASEUTILITIES_INSTALL_GDBDIR}")
+endif()
+install(FILES "${PROJECT_SOURCE_DIR}/share/gdb/libBaseUtilities.so-gdb.py"
+    DESTINATION "${gdb_dir}"
+    COMPONENT Development)
