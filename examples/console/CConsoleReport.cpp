@@ -2,9 +2,9 @@
 
 #include "TextLayout.h"
 
+#include <BaseUtilities/CFormattedString.h>
+
 #include <algorithm>
-#include <array>
-#include <cstdio>
 #include <ios>
 
 namespace
@@ -18,9 +18,7 @@ constexpr std::size_t failuresListed = 20;
 std::string DurationText(std::chrono::nanoseconds duration)
 {
     double const seconds = std::chrono::duration<double>(duration).count();
-    std::array<char, 32> text{};
-    std::snprintf(text.data(), text.size(), seconds < 10 ? "%.2f s" : "%.0f s", seconds);
-    return text.data();
+    return CFormattedString(seconds < 10 ? "%.2f s" : "%.0f s", seconds).get();
 }
 
 std::string GroupName(ECaseGroup group)
@@ -31,7 +29,9 @@ std::string GroupName(ECaseGroup group)
 
 std::string Blanks(std::size_t count)
 {
-    return std::string(count, ' ');
+    std::string blanks;
+    blanks.append(count, ' ');
+    return blanks;
 }
 
 // Without a terminal, lines are as long as on one of 80 columns.

@@ -61,7 +61,7 @@ void RestoreHandlers()
 
 [[noreturn]] void EndBy(int number)
 {
-    std::signal(number, SIG_DFL);
+    static_cast<void>(std::signal(number, SIG_DFL));
     kill(getpid(), number); // so that the caller sees how the process ended
     for (;;)
         pause();

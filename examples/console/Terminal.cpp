@@ -1,10 +1,10 @@
 #include "Terminal.h"
 
 #include <langinfo.h>
-#include <locale.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <clocale>
 #include <cstdlib>
 #include <string_view>
 

@@ -1,12 +1,11 @@
 #include "TextLayout.h"
 
-#include <locale.h>
-#include <wchar.h>
+#include <BaseUtilities/CFormattedString.h>
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
-#include <iterator>
+#include <clocale>
+#include <cwchar>
 
 namespace
 {
@@ -109,6 +108,7 @@ void WrapLine(std::string_view line, std::size_t width, std::vector<std::string>
 
 std::string Printable(std::string_view text, bool keepLines)
 {
+    constexpr std::string_view digits = "0123456789ABCDEF";
     std::string printable;
     while (!text.empty()) {
         CCharacter const next = FirstCharacter(text);
@@ -117,10 +117,8 @@ std::string Printable(std::string_view text, bool keepLines)
             printable += text.substr(0, next.m_Length);
         } else {
             for (char const byte : text.substr(0, next.m_Length)) {
-                std::array<char, 8> escape{};
-                std::snprintf(escape.data(), escape.size(), "\\x%02X",
-                              static_cast<unsigned>(static_cast<unsigned char>(byte)));
-                printable += escape.data();
+                auto const value = static_cast<unsigned char>(byte);
+                printable += {'\\', 'x', digits[value >> 4U], digits[value & 0xFU]};
             }
         }
         text.remove_prefix(next.m_Length);
@@ -176,7 +174,5 @@ std::string ByteText(std::uintmax_t bytes)
     std::size_t unit = 0;
     for (; value >= 1023.95 && unit + 1 < units.size(); ++unit)
         value /= 1024;
-    std::array<char, 32> text{};
-    std::snprintf(text.data(), text.size(), "%.1f %s", value, units[unit]);
-    return text.data();
+    return CFormattedString("%.1f %s", value, units[unit]).get();
 }

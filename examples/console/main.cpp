@@ -108,6 +108,6 @@ EExitCode Run(int argc, char const* const* argv)
 int main(int argc, char* argv[])
 {
     // A reader that went away is a failed write, not a death that leaves the work folder.
-    std::signal(SIGPIPE, SIG_IGN);
+    static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
     return static_cast<int>(Run(argc, argv));
 }

@@ -56,7 +56,8 @@ void CFileReader::Read(std::vector<char>& block)
 {
     std::size_t filled = 0;
     while (filled < block.size()) {
-        ssize_t const count = read(m_Descriptor, block.data() + filled, block.size() - filled);
+        ssize_t const count = pread(m_Descriptor, block.data() + filled, block.size() - filled,
+                                    static_cast<off_t>(m_Position + filled));
         if (count == 0)
             break;
         if (count > 0)
@@ -65,4 +66,5 @@ void CFileReader::Read(std::vector<char>& block)
             ThrowSystemError();
     }
     block.resize(filled);
+    m_Position += filled;
 }

@@ -35,4 +35,5 @@ public:
 
 private:
     int m_Descriptor;
+    std::uintmax_t m_Position = 0;
 };
