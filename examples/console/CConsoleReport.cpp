@@ -2,6 +2,9 @@
 
 #include "TextLayout.h"
 
+#include <RunRecord.h>
+#include <VerdictFormat.h>
+
 #include <BaseUtilities/CFormattedString.h>
 
 #include <algorithm>
@@ -62,6 +65,11 @@ void CConsoleReport::SuiteStarted(CSuitePlan const& plan)
     m_CaseCount = plan.m_CaseCount;
     ClearBar();
     WriteText(EColour::Bold, "File fidelity of " + Printable(plan.m_Folder.get()));
+    WriteText(EColour::Dim, Printable(("Run " + plan.m_Run.m_Identifier).get()));
+    WriteText(EColour::Dim, Printable(("Begun " + plan.m_Run.m_Started).get()));
+    WriteText(EColour::Dim, Printable(("BaseUtilities " + plan.m_Run.m_LibraryVersion + " on "
+                                       + plan.m_Run.m_SystemVersion)
+                                          .get()));
     WriteText(EColour::Dim, "Working in " + Printable(plan.m_WorkFolder.get()));
     Flush();
 }
@@ -123,12 +131,13 @@ void CConsoleReport::SuiteFinished(CSuiteSummary const& summary)
     WriteCounts(summary);
     if (!summary.m_Problem.empty())
         WriteText(EColour::Red, Printable(summary.m_Problem.get()));
+    CFormatInfo const format = VerdictFormat(summary.m_Verdict);
     if (summary.m_Verdict == TEST_STATUS_PASSED)
-        WriteLine(Painted(EColour::Green, "PASSED"));
+        WriteLine(Painted(format, "PASSED"));
     else if (summary.m_Verdict == TEST_STATUS_ABORTED)
-        WriteLine(Painted(EColour::Yellow, "ABORTED"));
+        WriteLine(Painted(format, "ABORTED"));
     else
-        WriteLine(Painted(EColour::Red, "FAILED"));
+        WriteLine(Painted(format, "FAILED"));
     Flush();
 }
 
@@ -198,14 +207,10 @@ void CConsoleReport::WriteCase(CCase const& finished, CCaseOutcome const& outcom
 
 void CConsoleReport::WriteCounts(CSuiteSummary const& summary)
 {
-    std::string line = "Passed " + std::to_string(summary.m_Passed) + ", failed "
-                       + std::to_string(summary.m_Failed) + ", skipped "
-                       + std::to_string(summary.m_Skipped);
-    if (summary.NotRun() > 0)
-        line += ", not run " + std::to_string(summary.NotRun());
-    WriteText(EColour::None, line + ".");
+    WriteText(EColour::None, CountsText(summary).get());
     WriteText(EColour::None, "Compared " + ByteText(summary.m_Bytes) + " in "
                                  + DurationText(summary.m_Duration) + ".");
+    WriteText(EColour::None, "Ended " + Printable(summary.m_Finished.get()) + ".");
 }
 
 void CConsoleReport::WriteFailures()
@@ -327,14 +332,17 @@ std::string CConsoleReport::Painted(EColour colour, std::string const& text) con
     return std::string("\x1b[") + code + "m" + text + "\x1b[0m";
 }
 
+std::string CConsoleReport::Painted(CFormatInfo const& format, std::string const& text) const
+{
+    if (!m_Terminal.m_Colour)
+        return text;
+    return TerminalCodes(format) + text + "\x1b[0m";
+}
+
 std::string CConsoleReport::VerdictText(TEST_STATUS verdict) const
 {
-    switch (static_cast<std::uint32_t>(verdict)) {
-    case TEST_STATUS_PASSED:
-        return Painted(EColour::Green, "PASS");
-    case TEST_STATUS_SKIPPED:
-        return Painted(EColour::Yellow, "SKIP");
-    default:
-        return Painted(EColour::Red, "FAIL");
-    }
+    CFormatInfo const format = VerdictFormat(verdict);
+    if (verdict == TEST_STATUS_PASSED)
+        return Painted(format, "PASS");
+    return Painted(format, verdict == TEST_STATUS_SKIPPED ? "SKIP" : "FAIL");
 }

@@ -4,6 +4,8 @@
 
 #include <ISuiteObserver.h>
 
+#include <BaseUtilities/CFormatInfo.h>
+
 #include <atomic>
 #include <mutex>
 #include <ostream>
@@ -59,6 +61,7 @@ private:
     std::string BarText(std::size_t width) const;
     std::string Bar(std::size_t cells) const;
     std::string Painted(EColour colour, std::string const& text) const;
+    std::string Painted(CFormatInfo const& format, std::string const& text) const;
     std::string VerdictText(TEST_STATUS verdict) const;
 
     std::ostream& m_Stream;

@@ -44,3 +44,19 @@ std::size_t CTerminal::Width()
         return 80;
     return size.ws_col;
 }
+
+std::string TerminalCodes(CFormatInfo const& format)
+{
+    constexpr std::uint32_t bright = 96;
+    constexpr std::uint16_t bold = 600;
+    TQColor const& color = format.m_Color;
+    std::string codes;
+    if (format.m_HasColor) {
+        int const number = 30 + (color.m_Red >= bright ? 1 : 0) + (color.m_Green >= bright ? 2 : 0)
+                           + (color.m_Blue >= bright ? 4 : 0);
+        codes += "\x1b[" + std::to_string(number) + "m";
+    }
+    if (format.m_Weight >= bold)
+        codes += "\x1b[1m";
+    return codes;
+}

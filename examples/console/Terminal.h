@@ -1,6 +1,9 @@
 #pragma once
 
+#include <BaseUtilities/CFormatInfo.h>
+
 #include <cstddef>
+#include <string>
 
 /// What standard output can show.
 struct CTerminal
@@ -17,3 +20,7 @@ struct CTerminal
     /// Columns right now; 80 where there is no telling.
     static std::size_t Width();
 };
+
+/// The escape sequence that shows a format, in the nearest of the eight colours
+/// that every terminal has; empty for a format without any.
+std::string TerminalCodes(CFormatInfo const& format);

@@ -1,6 +1,7 @@
 #include "CFileCheck.h"
 
 #include "CFileReader.h"
+#include "ExternalCompare.h"
 
 #include <BaseUtilities/CFormattedString.h>
 #include <BaseUtilities/EncodingConversions.h>
@@ -120,6 +121,8 @@ CCaseOutcome CFileCheck::CheckReadable(CFoundEntry const& entry, CFileReader& so
         return Failed("copied, but another path was reported than " + copy.File().native());
 
     CCaseOutcome outcome = Compare(source, copy.File());
+    if (outcome.m_Verdict == TEST_STATUS_PASSED && !ComparesEqual(entry.m_Path, copy.File()))
+        outcome = Failed("the system's cmp finds the copy different");
     if (outcome.m_Verdict != TEST_STATUS_PASSED && !(source.Stamp() == before))
         return Skipped("changed while it was being checked");
     if (!entry.m_LinkTarget.empty() && outcome.m_Verdict == TEST_STATUS_PASSED)

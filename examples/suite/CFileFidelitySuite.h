@@ -10,8 +10,12 @@ struct CSuiteOptions
 {
     /// The folder whose files are checked; this one exists on every Debian machine.
     std::filesystem::path m_Folder = "/usr/share/common-licenses";
-    /// Where the work folder is made; empty means the system's temporary folder.
+    /// Where the work folder is made; empty means the user's folder for work
+    /// files, or the system's temporary folder where the user has no documents.
     std::filesystem::path m_WorkParent;
+    /// Whether the operator is asked what to check, what to do about a failure
+    /// and where to save the report.
+    bool m_Asks = false;
     /// What is examined.
     CopyOperation m_Copy = TqCopyFile;
 };

@@ -2,12 +2,14 @@
 
 #include <filesystem>
 #include <system_error>
+#include <vector>
 
-/// A new, private folder, removed with all it holds.
+/// A new, private folder, removed with all it holds, and with the parents that
+/// had to be made for it.
 class CWorkFolder
 {
 public:
-    /// Makes the folder in `parent`. Throws TQRunTimeException with
+    /// Makes the folder in `parent`, and that where it is missing. Throws TQRunTimeException with
     /// TEST_STATUS_NO_WORK_FOLDER.
     explicit CWorkFolder(std::filesystem::path const& parent);
     CWorkFolder(CWorkFolder const&) = delete;
@@ -19,5 +21,9 @@ public:
     std::error_code Remove();
 
 private:
-    std::filesystem::path m_Path; // empty once removed
+    void MakeParents(std::filesystem::path const& parent);
+    void RemoveParents();
+
+    std::filesystem::path m_Path;                        // empty once removed
+    std::vector<std::filesystem::path> m_CreatedParents; // outermost first
 };

@@ -12,8 +12,18 @@ enum class ECaseGroup {
     Refusals ///< a copy that cannot be made, and the message that says so
 };
 
+/// What identifies a run.
+struct CRunRecord
+{
+    CSafeString m_Identifier;
+    CSafeString m_Started;
+    CSafeString m_LibraryVersion;
+    CSafeString m_SystemVersion;
+};
+
 struct CSuitePlan
 {
+    CRunRecord m_Run;
     CSafeString m_Folder;
     CSafeString m_WorkFolder;
     unsigned long m_CaseCount = 0;
@@ -46,6 +56,8 @@ struct CSuiteSummary
     unsigned long m_Skipped = 0;
     std::uintmax_t m_Bytes = 0;
     std::chrono::nanoseconds m_Duration{0};
+    /// When the suite ended.
+    CSafeString m_Finished;
     /// What went wrong outside of any case; such a suite has failed.
     CSafeString m_Problem;
 

@@ -16,3 +16,5 @@ inline constexpr TEST_STATUS TEST_STATUS_ABORTED = TEST_STATUS(4);
 inline constexpr TEST_STATUS TEST_STATUS_NO_FOLDER = TEST_STATUS(TEST_STATUS_ERROR + 1);
 /// No work folder can be made.
 inline constexpr TEST_STATUS TEST_STATUS_NO_WORK_FOLDER = TEST_STATUS(TEST_STATUS_ERROR + 2);
+/// The report cannot be saved.
+inline constexpr TEST_STATUS TEST_STATUS_NO_REPORT = TEST_STATUS(TEST_STATUS_ERROR + 3);

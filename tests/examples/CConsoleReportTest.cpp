@@ -42,7 +42,7 @@ public:
     }
     void Start(unsigned long cases)
     {
-        m_Report.SuiteStarted({"/folder", "/work", cases});
+        m_Report.SuiteStarted({CRunRecord(), "/folder", "/work", cases});
         Take();
     }
 
@@ -61,15 +61,18 @@ CSuiteSummary Summary(TEST_STATUS verdict)
     summary.m_Skipped = 2;
     summary.m_Bytes = 2048;
     summary.m_Duration = std::chrono::milliseconds(1234);
+    summary.m_Finished = "at dusk";
     return summary;
 }
 } // namespace
 
-TEST(ConsoleReport, BeginsWithTheFolders)
+TEST(ConsoleReport, BeginsWithTheFoldersTheRunAndTheVersions)
 {
     CShown shown;
-    shown.Report().SuiteStarted({"/folder", "/work", 1});
-    EXPECT_EQ(shown.Take(), "File fidelity of /folder\nWorking in /work\n");
+    CRunRecord const run = {"{1}", "at noon", "5.0", "Linux 6"};
+    shown.Report().SuiteStarted({run, "/folder", "/work", 1});
+    EXPECT_EQ(shown.Take(), "File fidelity of /folder\nRun {1}\nBegun at noon\n"
+                            "BaseUtilities 5.0 on Linux 6\nWorking in /work\n");
 }
 
 TEST(ConsoleReport, WritesALineForEachPassedFileUnderOneHead)
@@ -133,8 +136,8 @@ TEST(ConsoleReport, EndsWithCountsAndVerdict)
         CShown shown;
         shown.Start(10);
         shown.Report().SuiteFinished(Summary(row.m_Verdict));
-        EXPECT_EQ(shown.Take(), "\nPassed 4, failed 3, skipped 2, not run 1.\n"
-                                "Compared 2.0 KiB in 1.23 s.\n"
+        EXPECT_EQ(shown.Take(), "\n10 cases: 4 pass, 3 fail, 2 skip, 1 remains.\n"
+                                "Compared 2.0 KiB in 1.23 s.\nEnded at dusk.\n"
                                     + std::string(row.m_Text) + "\n");
     }
 }
@@ -178,7 +181,7 @@ TEST(ConsoleReport, ColoursOnlyWhereTheyAreWanted)
     for (CTerminal const terminal : {CTerminal(), Live(), Coloured()}) {
         SCOPED_TRACE(terminal.m_Colour);
         CShown shown(terminal);
-        shown.Report().SuiteStarted({"/folder", "/work", 1});
+        shown.Report().SuiteStarted({CRunRecord(), "/folder", "/work", 1});
         shown.Report().CaseFinished({ECaseGroup::Files, "a"}, {TEST_STATUS_PASSED, "", 5});
         shown.Report().SuiteFinished(Summary(TEST_STATUS_PASSED));
         std::string const text = shown.Take();
@@ -260,7 +263,7 @@ TEST(ConsoleReport, KnowsTheWorkFolderWhileThereIsOne)
 {
     CShown shown;
     EXPECT_EQ(shown.Report().WorkFolder(), "");
-    shown.Report().SuiteStarted({"/folder", "/work", 1});
+    shown.Report().SuiteStarted({CRunRecord(), "/folder", "/work", 1});
     EXPECT_EQ(shown.Report().WorkFolder(), "/work");
     shown.Report().SuiteFinished(Summary(TEST_STATUS_PASSED));
     EXPECT_EQ(shown.Report().WorkFolder(), "");
@@ -271,5 +274,6 @@ TEST(ConsoleReport, ThrowsWhenTheStreamTakesNoMore)
     std::ostringstream stream;
     CConsoleReport report(stream, {}, false);
     stream.setstate(std::ios::badbit);
-    EXPECT_THROW(report.SuiteStarted({"/folder", "/work", 1}), std::ios_base::failure);
+    EXPECT_THROW(report.SuiteStarted({CRunRecord(), "/folder", "/work", 1}),
+                 std::ios_base::failure);
 }

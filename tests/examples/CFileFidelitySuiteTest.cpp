@@ -3,9 +3,14 @@
 #include "CAbortSwitch.h"
 #include "CRecordingObserver.h"
 #include "CUnprivileged.h"
+#include "ScopedEnvironment.h"
 #include "TemporaryFolder.h"
 
+#include <UIChoices.h>
+
+#include <BaseUtilities/CQtSignaler.h>
 #include <BaseUtilities/TQException.h>
+#include <BaseUtilities/UIHelperBase.h>
 
 #include <gmock/gmock.h>
 
@@ -258,6 +263,7 @@ TEST_F(CFileFidelitySuiteTest, RefusesWhatIsNotAFolder)
 
 TEST_F(CFileFidelitySuiteTest, RefusesToWorkWhereNoFolderCanBeMade)
 {
+    WriteFile(m_Work / "none", "a file");
     m_Options.m_WorkParent = m_Work.Path() / "none";
     try {
         Run();
@@ -265,8 +271,7 @@ TEST_F(CFileFidelitySuiteTest, RefusesToWorkWhereNoFolderCanBeMade)
     } catch (TQRunTimeException const& error) {
         EXPECT_EQ(error.GetStatus(), TEST_STATUS_NO_WORK_FOLDER);
         EXPECT_EQ(error.what(), "Unable to make a work folder in '"
-                                    + m_Options.m_WorkParent.native()
-                                    + "' (No such file or directory).");
+                                    + m_Options.m_WorkParent.native() + "' (Not a directory).");
     }
 }
 
@@ -290,4 +295,70 @@ TEST_F(CFileFidelitySuiteTest, FailsWhenTheWorkFolderCannotBeRemoved)
     }
     EXPECT_EQ(summary.m_Failed, 0u);
     EXPECT_EQ(summary.m_Verdict, TEST_STATUS_FAILED);
+}
+
+TEST_F(CFileFidelitySuiteTest, MakesMissingParentsOfTheWorkFolderAndRemovesThem)
+{
+    m_Options.m_WorkParent = m_Work.Path() / "made" / "for it";
+    EXPECT_EQ(Run().m_Verdict, TEST_STATUS_PASSED);
+}
+
+TEST_F(CFileFidelitySuiteTest, WorksInTheUsersFolderForWorkFiles)
+{
+    CTemporaryFolder const home;
+    fs::create_directory(home.Path() / "Documents");
+    CScopedEnvironment const variable("HOME", home.Path().native());
+    CScopedEnvironment const configuration("XDG_CONFIG_HOME", home / "none");
+    m_Options.m_WorkParent.clear();
+    Run();
+    EXPECT_THAT(m_Observer.m_Plan.m_WorkFolder.get(),
+                testing::StartsWith(home / "Documents/Quillon Test Suite/Work Files/"));
+    EXPECT_TRUE(fs::is_empty(home.Path() / "Documents"));
+}
+
+TEST_F(CFileFidelitySuiteTest, ChecksTheFoldersAndAsManyFilesAsTheOperatorChose)
+{
+    fs::create_directory(m_Files.Path() / "left out");
+    WriteFile(m_Files / "left out/c", "third");
+    CQtSignaler signaler;
+    UIHelperBase::QtSignaler(signaler);
+    QObject::connect(&signaler, &CQtSignaler::SelectMultipleItems, &signaler,
+                     [](EUIMode, std::uint32_t, sv_wrapper const&, std::vector<CSafeString> const&,
+                        std::vector<std::int32_t>** answer) {
+                         *answer = new std::vector<std::int32_t>{1}; // "sub"
+                     });
+    QObject::connect(&signaler, &CQtSignaler::GetInteger, &signaler,
+                     [](EUIMode, std::uint32_t, sv_wrapper const&, sv_wrapper const&,
+                        std::uintptr_t* answer) { *answer = 2; });
+    m_Options.m_Asks = true;
+    Run();
+    UIHelperBase::m_UISignaler = nullptr;
+    ASSERT_EQ(m_Observer.Files().size(), 2u);
+    EXPECT_EQ(m_Observer.Files()[0].m_Name, "a");
+    EXPECT_EQ(m_Observer.Files()[1].m_Name, "sub/b");
+}
+
+TEST_F(CFileFidelitySuiteTest, StopsAtAFailureWhenTheOperatorSaysSoAndSavesTheReport)
+{
+    CTemporaryFolder const reports;
+    CQtSignaler signaler;
+    UIHelperBase::QtSignaler(signaler);
+    QObject::connect(
+        &signaler, &CQtSignaler::BooleanChoice, &signaler,
+        [](EUIMode, std::uint32_t, sv_wrapper const&, bool* answer) { *answer = false; });
+    QObject::connect(
+        &signaler, &CQtSignaler::PickSingleFile, &signaler,
+        [&]() -> std::optional<CSafeString> { return CSafeString((reports / "report").c_str()); });
+    m_Options.m_Asks = true;
+    m_Options.m_Copy = [](auto const&, auto const&, ECopyFailType) -> std::optional<CSafeString> {
+        return std::nullopt;
+    };
+    CSuiteSummary const summary = Run();
+    UIHelperBase::m_UISignaler = nullptr;
+    EXPECT_EQ(summary.m_Verdict, TEST_STATUS_FAILED);
+    EXPECT_EQ(summary.m_Failed, 1u);
+    EXPECT_EQ(summary.NotRun(), 2 + refusals);
+    std::string const report = ReadFile(reports / "report");
+    EXPECT_THAT(report, testing::HasSubstr("\nFAIL  a\n"));
+    EXPECT_THAT(report, testing::HasSubstr("\n11 cases: 0 pass, 1 fails, 0 skip, 10 remain.\n"));
 }
