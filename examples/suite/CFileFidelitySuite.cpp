@@ -224,6 +224,7 @@ bool CRun::StopsAfter(CCase const& finished, CCaseOutcome const& outcome)
         return false;
     m_FailureAccepted = m_Operator.ContinuesAfter(
         CFormattedString("%s failed: %s", finished.m_Name, outcome.m_Detail));
+    m_Checkpoint.Pass(m_Observer); // who chose to abort gets that verdict
     return !m_FailureAccepted;
 }
 

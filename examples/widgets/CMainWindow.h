@@ -1,0 +1,84 @@
+#pragma once
+
+#include "CRequestBridge.h"
+#include "CSuiteFeed.h"
+
+#include <CSuiteRunner.h>
+
+#include <QMainWindow>
+#include <QTimer>
+
+#include <memory>
+
+class QAction;
+class QLabel;
+class QPlainTextEdit;
+class QProgressBar;
+class QTreeWidget;
+class QTreeWidgetItem;
+
+/// The window of the suite "file fidelity": results that fill while it runs,
+/// progress, a log, and the operator's pause, resume and abort.
+///
+/// Closing it ends the suite after the case at hand, whatever the suite waits
+/// for, and then the program; a case that does not end in time is cut short
+/// with the process.
+class CMainWindow final : public QMainWindow, private ISuiteObserver
+{
+public:
+    explicit CMainWindow(CSuiteOptions options);
+    ~CMainWindow() override;
+
+    void StartSuite();
+    bool IsRunning() const { return m_Runner != nullptr; }
+    /// The verdict of the last suite that ended; aborted before any has.
+    TEST_STATUS Verdict() const { return m_Verdict; }
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void FilesFound(unsigned long count) override;
+    void SuiteStarted(CSuitePlan const& plan) override;
+    void CaseStarted(CCase const& started) override;
+    void CaseFinished(CCase const& finished, CCaseOutcome const& outcome) override;
+    void SuitePaused() override;
+    void SuiteResumed() override;
+    void SuiteFinished(CSuiteSummary const& summary) override;
+
+    QAction* AddCommand(QString const& name, QString const& tip, QKeySequence const& shortcut,
+                        int icon, void (CMainWindow::*command)());
+    void BuildCommands();
+    void BuildViews();
+    QTreeWidgetItem* GroupItem(ECaseGroup group);
+
+    void Pause();
+    void Resume();
+    void Abort();
+    void Poll();
+    void EndRun();
+    void EndAtOnce();
+    void UpdateCommands();
+    void Log(QString const& line);
+
+    CSuiteOptions m_Options;
+    CQtSignaler m_Signaler;
+    CRequestBridge m_Bridge;
+    CSuiteFeed m_Feed;
+    std::unique_ptr<CSuiteRunner> m_Runner;
+    QTimer m_PollTimer;
+    QTimer m_Deadline; // of a suite that is to end with the window
+    bool m_Paused = false;
+    bool m_Aborting = false;
+    TEST_STATUS m_Verdict = TEST_STATUS_ABORTED;
+
+    QAction* m_Start = nullptr;
+    QAction* m_Pause = nullptr;
+    QAction* m_Resume = nullptr;
+    QAction* m_Abort = nullptr;
+    QTreeWidget* m_Results = nullptr;
+    QTreeWidgetItem* m_Groups[2] = {};
+    QProgressBar* m_Progress = nullptr;
+    QPlainTextEdit* m_Log = nullptr;
+    QLabel* m_State = nullptr;
+};
