@@ -224,6 +224,7 @@ TEST_F(TQAppExitExceptionTest, CopyKeepsTextAndStatusAndLeavesTheFlag)
     auto original = std::make_unique<TQAppExitException>("message", OtherStatus);
     TQAppExitException::ExceptionThrown(false);
     TQAppExitException const copy(*original);
+    EXPECT_FALSE(TQAppExitException::ExceptionThrown());
     TQAppExitException assigned;
     TQAppExitException::ExceptionThrown(false);
     assigned = *original;

@@ -16,13 +16,13 @@ std::vector<std::string> AllAbortFlags();
 class CRestoreAbortFlags
 {
 public:
-    CRestoreAbortFlags() = default;
+    CRestoreAbortFlags() : m_Before(CurrentFlags()) {}
     CRestoreAbortFlags(CRestoreAbortFlags const&) = delete;
     CRestoreAbortFlags& operator=(CRestoreAbortFlags const&) = delete;
     ~CRestoreAbortFlags() { SetFlags(m_Before); }
 
 private:
-    std::string const m_Before = CurrentFlags();
+    std::string const m_Before;
 };
 
 /// One operation of TQUserAbort, every argument of EnableUserAbort its own.
