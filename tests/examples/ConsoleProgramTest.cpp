@@ -205,10 +205,11 @@ TEST_F(CConsoleProgram, EndsAtOnceAtTheSecondInterrupt)
     CChildProcess program(m_Launch);
     ASSERT_TRUE(program.ReadUntil("PASS"));
     program.AwaitFullPipe(81);
-    // Two signals, for two of the same might be delivered as one.
-    program.Signal(SIGINT);
+    // Two signals, for two of the same might be delivered as one; and not SIGINT, which the
+    // program ignores while a command of its own runs.
+    program.Signal(SIGHUP);
     program.Signal(SIGTERM);
-    EXPECT_THAT(program.Wait(), AnyOf(-SIGINT, -SIGTERM));
+    EXPECT_THAT(program.Wait(), AnyOf(-SIGHUP, -SIGTERM));
 }
 
 TEST_F(CConsoleProgram, KeepsIgnoringAnInterruptThatItsCallerHasItIgnore)
