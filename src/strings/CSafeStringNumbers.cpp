@@ -1,5 +1,6 @@
 #include <BaseUtilities/CSafeString.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdarg>
 #include <cstdio>
@@ -71,9 +72,14 @@ CSafeString FloatingText(char const* format, ...)
     std::array<char, Capacity> buffer;
     std::va_list arguments;
     va_start(arguments, format);
-    int const length = std::vsnprintf(buffer.data(), buffer.size(), format, arguments);
+    // Volatile, because g++ takes for granted that these conversions succeed: a failure would then
+    // be no length that the string refuses, but a copy without end.
+    int const volatile length = std::vsnprintf(buffer.data(), buffer.size(), format, arguments);
     va_end(arguments);
-    return basic_sv_wrapper<char>(std::string(buffer.data(), static_cast<std::size_t>(length)));
+    // By its length first: no pointer is moved by a length that is none.
+    std::string text(static_cast<std::size_t>(length), '\0');
+    std::copy_n(buffer.data(), text.size(), text.data());
+    return basic_sv_wrapper<char>(text);
 }
 } // namespace
 

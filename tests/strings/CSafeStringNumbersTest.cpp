@@ -8,12 +8,61 @@
 
 #include <clocale>
 #include <cmath>
+#include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <limits>
+#include <stdexcept>
 #include <string>
 #include <type_traits>
 #include <vector>
+
+#include <dlfcn.h>
+
+// A program that carries its sanitizer's runtime in itself has vsnprintf intercepted there already.
+#if defined(__clang__) && defined(__has_feature)
+#if __has_feature(thread_sanitizer) || __has_feature(address_sanitizer)
+#define CAN_FAIL_VSNPRINTF 0
+#endif
+#endif
+#ifndef CAN_FAIL_VSNPRINTF
+#define CAN_FAIL_VSNPRINTF 1
+#endif
+
+namespace
+{
+thread_local bool vsnprintfFails = false;
+
+/// Lets the calling thread's vsnprintf, that of the library included, fail while it lives.
+class CFailingVsnprintf
+{
+public:
+    CFailingVsnprintf() { vsnprintfFails = true; }
+    CFailingVsnprintf(CFailingVsnprintf const&) = delete;
+    CFailingVsnprintf& operator=(CFailingVsnprintf const&) = delete;
+    ~CFailingVsnprintf() { vsnprintfFails = false; }
+};
+} // namespace
+
+#if CAN_FAIL_VSNPRINTF
+// The second is what the first becomes where the compiler checks the buffer's size.
+extern "C" {
+int vsnprintf(char* buffer, std::size_t size, char const* format, std::va_list arguments) noexcept
+{
+    using Function = int(char*, std::size_t, char const*, std::va_list);
+    static auto* const next = reinterpret_cast<Function*>(dlsym(RTLD_NEXT, "vsnprintf"));
+    return vsnprintfFails ? -1 : next(buffer, size, format, arguments);
+}
+
+int __vsnprintf_chk(char* buffer, std::size_t size, int flag, std::size_t capacity,
+                    char const* format, std::va_list arguments) noexcept
+{
+    using Function = int(char*, std::size_t, int, std::size_t, char const*, std::va_list);
+    static auto* const next = reinterpret_cast<Function*>(dlsym(RTLD_NEXT, "__vsnprintf_chk"));
+    return vsnprintfFails ? -1 : next(buffer, size, flag, capacity, format, arguments);
+}
+}
+#endif
 
 namespace
 {
@@ -232,6 +281,23 @@ TYPED_TEST(ToStringOfFloating, UsesTheDecimalPointOfTheNumericLocale)
                   Printed(std::numeric_limits<TypeParam>::max()));
         EXPECT_EQ(Bytes(CSafeString::to_string(-1234567)), "-1234567");
     }
+    EXPECT_EQ(Bytes(CSafeString::to_string(TypeParam(1.5L))), "1.500000");
+}
+
+TYPED_TEST(ToStringOfFloating, FailureOfTheCLibraryIsALengthError)
+{
+    if (CAN_FAIL_VSNPRINTF == 0)
+        GTEST_SKIP() << "the sanitizer owns vsnprintf";
+    std::string what;
+    {
+        CFailingVsnprintf const failure;
+        try {
+            static_cast<void>(CSafeString::to_string(TypeParam(1.5L)));
+        } catch (std::length_error const& error) {
+            what = error.what();
+        }
+    }
+    EXPECT_EQ(what, "basic_string::_M_create");
     EXPECT_EQ(Bytes(CSafeString::to_string(TypeParam(1.5L))), "1.500000");
 }
 
