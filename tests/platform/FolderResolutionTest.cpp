@@ -177,7 +177,9 @@ TEST_P(AppendToPathTable, JoinsAsTheStandardPathDoes)
     SJoinRow const& row = GetParam();
     fs::path joined(row.m_Base);
     joined /= fs::path(row.m_Appended);
-    EXPECT_EQ(joined.native(), row.m_Result);
+    EXPECT_EQ(Bytes(AppendToPath(fs::path(row.m_Base), row.m_Appended)), joined.native());
+    EXPECT_EQ(Bytes(AppendToPath(basic_sv_wrapper<char>(row.m_Base), row.m_Appended)),
+              joined.native());
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -259,3 +259,45 @@ TEST_P(CSafeStringTooLongAppend, ThrowsLengthErrorAndKeepsTheText)
 
 INSTANTIATE_TEST_SUITE_P(Rows, CSafeStringTooLongAppend, testing::ValuesIn(TooLongAppends),
                          [](auto const& row) { return row.param.name; });
+
+namespace
+{
+struct SFull
+{
+    char const* name;
+    void (*append)(CSafeString& text);
+    char const* what;
+};
+
+SFull const FullAppends[] = {
+    {"AddSafeString", [](CSafeString& text) { text += CSafeString("x"); }, "basic_string::append"},
+    {"AddPointer", [](CSafeString& text) { text += "x"; }, "basic_string::append"},
+    {"AddCharacter", [](CSafeString& text) { text += 'x'; }, "basic_string::_M_create"},
+    {"AddList", [](CSafeString& text) { text += {'x'}; }, "basic_string::append"},
+    {"AddView", [](CSafeString& text) { text += CView("x"); }, "basic_string::append"},
+    {"View", [](CSafeString& text) { text.append(CView("x")); }, "basic_string::append"},
+    {"CountedPointer", [](CSafeString& text) { text.append("x", 1); }, "basic_string::append"},
+    {"Pointer", [](CSafeString& text) { text.append("x"); }, "basic_string::append"},
+    {"Copies", [](CSafeString& text) { text.append(1, 'x'); }, "basic_string::_M_replace_aux"},
+    {"List", [](CSafeString& text) { text.append({'x'}); }, "basic_string::append"},
+};
+
+class CSafeStringFullAppend : public testing::TestWithParam<SFull>
+{
+};
+} // namespace
+
+TEST_P(CSafeStringFullAppend, ThrowsLengthErrorAndKeepsTheText)
+{
+    CSafeString text("former");
+    CAllocationCounter const during;
+    {
+        CClaimedSize const full(text, std::string().max_size());
+        ExpectThrows<std::length_error>([&] { GetParam().append(text); }, GetParam().what);
+    }
+    EXPECT_EQ(during.Live(), 0);
+    EXPECT_EQ(Bytes(text), "former");
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, CSafeStringFullAppend, testing::ValuesIn(FullAppends),
+                         [](auto const& row) { return row.param.name; });

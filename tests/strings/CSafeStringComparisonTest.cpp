@@ -19,26 +19,6 @@ int Sign(int value)
     return (value > 0) - (value < 0);
 }
 
-// Lets a string claim a size that no machine should have to hold, for comparisons that read
-// none of it. The size is the second word of the standard string.
-class CClaimedSize
-{
-public:
-    CClaimedSize(CSafeString const& text, unsigned long size)
-        : m_pSize(reinterpret_cast<char*>(StorageOf(text)) + sizeof(char*))
-    {
-        std::memcpy(&m_Former, m_pSize, sizeof(m_Former));
-        std::memcpy(m_pSize, &size, sizeof(size));
-    }
-    CClaimedSize(CClaimedSize const&) = delete;
-    CClaimedSize& operator=(CClaimedSize const&) = delete;
-    ~CClaimedSize() { std::memcpy(m_pSize, &m_Former, sizeof(m_Former)); }
-
-private:
-    char* m_pSize;
-    unsigned long m_Former = 0;
-};
-
 struct SOrder
 {
     char const* name;

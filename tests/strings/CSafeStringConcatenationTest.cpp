@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <stdexcept>
 #include <utility>
 
 namespace
@@ -172,3 +173,43 @@ TEST(CSafeStringConcatenating, ResultHoldsNoMoreThanItsText)
     EXPECT_EQ(StorageOf(left + 'c')->capacity(), 41u);
     EXPECT_EQ(StorageOf('c' + left)->capacity(), 41u);
 }
+
+namespace
+{
+struct STooLongSum
+{
+    char const* name;
+    void (*add)(CSafeString& full);
+};
+
+STooLongSum const TooLongSums[] = {
+    {"FullAndString", [](CSafeString& full) { full + CSafeString("x"); }},
+    {"StringAndFull", [](CSafeString& full) { CSafeString("x") + full; }},
+    {"FullRvalues", [](CSafeString& full) { std::move(full) + CSafeString("x"); }},
+    {"FullAndItself", [](CSafeString& full) { std::as_const(full) + std::as_const(full); }},
+    {"PointerAndFull", [](CSafeString& full) { "x" + full; }},
+    {"PointerAndFullRvalue", [](CSafeString& full) { "x" + std::move(full); }},
+    {"FullAndPointer", [](CSafeString& full) { full + "x"; }},
+    {"FullAndCharacter", [](CSafeString& full) { full + 'x'; }},
+    {"CharacterAndFullRvalue", [](CSafeString& full) { 'x' + std::move(full); }},
+};
+
+class CSafeStringTooLongSum : public testing::TestWithParam<STooLongSum>
+{
+};
+} // namespace
+
+TEST_P(CSafeStringTooLongSum, ThrowsLengthErrorAndKeepsTheOperand)
+{
+    CSafeString text("former");
+    CAllocationCounter const during;
+    {
+        CClaimedSize const full(text, std::string().max_size());
+        ExpectThrows<std::length_error>([&] { GetParam().add(text); }, "basic_string::_M_create");
+    }
+    EXPECT_EQ(during.Live(), 0);
+    EXPECT_EQ(Bytes(text), "former");
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, CSafeStringTooLongSum, testing::ValuesIn(TooLongSums),
+                         [](auto const& row) { return row.param.name; });

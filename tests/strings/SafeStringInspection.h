@@ -24,6 +24,26 @@ inline std::string* StorageOf(CSafeString const& text)
     return storage;
 }
 
+/// Lets a string claim a size that no machine should have to hold, for operations
+/// that read none of it. The size is the second word of the standard string.
+class CClaimedSize
+{
+public:
+    CClaimedSize(CSafeString const& text, unsigned long size)
+        : m_pSize(reinterpret_cast<char*>(StorageOf(text)) + sizeof(char*))
+    {
+        std::memcpy(&m_Former, m_pSize, sizeof(m_Former));
+        std::memcpy(m_pSize, &size, sizeof(size));
+    }
+    CClaimedSize(CClaimedSize const&) = delete;
+    CClaimedSize& operator=(CClaimedSize const&) = delete;
+    ~CClaimedSize() { std::memcpy(m_pSize, &m_Former, sizeof(m_Former)); }
+
+private:
+    char* m_pSize;
+    unsigned long m_Former = 0;
+};
+
 /// Text too long for a standard string to keep inside itself, so that it is on the heap.
 inline char const* const LongText = "forty characters, which go onto the heap";
 

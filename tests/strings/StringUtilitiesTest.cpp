@@ -304,6 +304,11 @@ TEST(StringJoin, PutsBackWhatStringSplitTookApart)
     EXPECT_EQ(Bytes(StringJoin(StringSplit(text, ","), ",")), text);
 }
 
+TEST(StringJoin, TakesItemsInBraces)
+{
+    EXPECT_EQ(Bytes(StringJoin({"a", "b"}, ",")), "a,b");
+}
+
 TEST(StringJoin, LeavesTheItemsAsTheyWere)
 {
     std::vector<CSafeString> const items = Items({"a\0b"s, ""});
