@@ -8,9 +8,10 @@
 
 // Splitting, joining, letter case and word forms. Text is UTF-8; splitting and
 // joining read it as Qt does, so ill-formed bytes become U+FFFD. All throw
-// std::bad_alloc, and std::logic_error for a null view with a length.
+// std::bad_alloc, and std::logic_error for a null view with a length (but such a
+// `plural` counts as empty).
 //
-// Threads: any number at once.
+// Threads: any number at once, for letter case unless another sets the locale.
 
 /// The parts of `text` between occurrences of `separator`, empty ones included;
 /// the match is case-sensitive. An empty text gives one empty part. An empty

@@ -33,7 +33,7 @@ public:
 
     /// Keeps the text of `message` ("Torqel Exception thrown." for an empty
     /// one) in the process's one holder and returns it; valid until the next
-    /// call. Throws std::bad_alloc.
+    /// call. Throws as the constructors do, and then keeps the text before.
     ///
     /// Deliberate: one holder without a lock, so for one thread at a time. The
     /// constructors compose the same text without it.
