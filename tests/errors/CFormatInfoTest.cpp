@@ -408,7 +408,7 @@ INSTANTIATE_TEST_SUITE_P(
         SAddRow{"AlphaStays", {10, 20, 30, 40}, {1, 2, 4, 200}, {11, 22, 26, 40}},
         SAddRow{"ResultIsMaskedToEightBits",
                 {0x1FF, 0x200, 0xFFFFFFFF, 0x300},
-                {0x101, 0x702, 0, 0x400},
+                {0x001, 0x702, 0, 0x400},
                 {0xFE, 0x02, 0xFF, 0x300}}),
     [](auto const& row) { return std::string(row.param.m_Name); });
 

@@ -5,6 +5,9 @@
 #include "ScopedEnvironment.h"
 #include "TemporaryFolder.h"
 
+#include <QCoreApplication>
+#include <QString>
+
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -275,6 +278,18 @@ protected:
     CScopedEnvironment m_SystemData{"XDG_DATA_DIRS", m_Folder / "first:" + m_Folder / "second"};
 };
 
+class CApplicationName
+{
+public:
+    explicit CApplicationName(QString const& name) { QCoreApplication::setApplicationName(name); }
+    CApplicationName(CApplicationName const&) = delete;
+    CApplicationName& operator=(CApplicationName const&) = delete;
+    ~CApplicationName() { QCoreApplication::setApplicationName(m_Before); }
+
+private:
+    QString m_Before = QCoreApplication::applicationName();
+};
+
 std::string Documents()
 {
     return Bytes(GetStandardDirName(QStandardPaths::DocumentsLocation));
@@ -473,6 +488,17 @@ TEST_F(StandardFolders, SharedDataFollowTheSystemsOrder)
 {
     std::string const second = MakeFolder("second");
     EXPECT_EQ(Bytes(GetProgramDataParentFolder()), second);
+}
+
+// Data shared between applications: no application's name stands in the path.
+TEST_F(StandardFolders, NoFolderDependsOnTheApplicationsName)
+{
+    std::string const own = MakeFolder("data");
+    std::string const applications = MakeFolder("data/applications");
+    MakeFolder("data/Torqel/applications");
+    CApplicationName const name("Torqel");
+    EXPECT_EQ(Bytes(GetProgramDataParentFolder()), own);
+    EXPECT_EQ(Applications(), applications);
 }
 
 TEST_F(StandardFolders, MissingSharedDataGiveEmptyText)

@@ -362,9 +362,11 @@ TEST_F(OssSystem, ComesBackWhenTheCommandChangesTheFolderOrDeletesIt)
 TEST_F(OssSystem, ReportsAFolderThatRefusesToBeEntered)
 {
     std::string const locked = MakeFolder("locked");
-    fs::permissions(m_Folder.Path(), fs::perms::owner_all | fs::perms::others_exec);
+    fs::permissions(m_Folder.Path(),
+                    fs::perms::owner_all | fs::perms::group_exec | fs::perms::others_exec);
     fs::permissions(locked, fs::perms::none);
     CUnprivilegedFileAccess const unprivileged;
+    ASSERT_TRUE(fs::is_directory(locked));
     EXPECT_EQ(ErrorFor(locked), std::errc::permission_denied);
     EXPECT_EQ(fs::current_path(), m_Start);
 }
