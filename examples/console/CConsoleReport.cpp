@@ -149,6 +149,15 @@ void CConsoleReport::Tick()
     ShowBarIfDue();
 }
 
+void CConsoleReport::ShowKeys()
+{
+    Lock const lock(m_Lock);
+    ClearBar();
+    WriteText(EColour::Dim, "Keys: p pauses, r resumes, a or q aborts after the case at hand, "
+                            "h shows this; Ctrl-C aborts, and at once the second time.");
+    ShowBar();
+}
+
 std::string CConsoleReport::WorkFolder() const
 {
     Lock const lock(m_WorkFolderLock);

@@ -32,6 +32,8 @@ public:
 
     /// Brings what is shown up to date; to be called now and then.
     void Tick();
+    /// Tells which keys there are.
+    void ShowKeys();
     /// Has the next Tick say that the suite is about to end early. Never waits
     /// for the stream.
     void AbortRequested() { m_AbortRequested = true; }

@@ -58,14 +58,6 @@ void RestoreHandlers()
     for (std::size_t index = 0; index < watched.size(); ++index)
         sigaction(watched[index], &previousActions[index], nullptr);
 }
-
-[[noreturn]] void EndBy(int number)
-{
-    static_cast<void>(std::signal(number, SIG_DFL));
-    kill(getpid(), number); // so that the caller sees how the process ended
-    for (;;)
-        pause();
-}
 } // namespace
 
 CInterruptWatch::CInterruptWatch(std::function<void()> onFirst, std::function<void()> onSecond)
@@ -85,6 +77,14 @@ CInterruptWatch::~CInterruptWatch()
     close(interruptPipe[1]); // ends Listen
     m_Thread.join();
     close(interruptPipe[0]);
+}
+
+void CInterruptWatch::EndBy(int number)
+{
+    static_cast<void>(std::signal(number, SIG_DFL));
+    kill(getpid(), number);
+    for (;;)
+        pause();
 }
 
 void CInterruptWatch::Listen()

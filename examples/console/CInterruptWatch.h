@@ -18,6 +18,9 @@ public:
     /// The signals mean again what they did before.
     ~CInterruptWatch();
 
+    /// Ends the process by that signal, so that the caller sees how it ended.
+    [[noreturn]] static void EndBy(int number);
+
 private:
     void Listen();
 

@@ -2,6 +2,7 @@
 
 #include "CConsoleReport.h"
 #include "CInterruptWatch.h"
+#include "CKeyboard.h"
 #include "ConsoleOptions.h"
 #include "ExitCode.h"
 #include "TextLayout.h"
@@ -54,20 +55,96 @@ void RemoveAtOnce(std::string const& workFolder)
     }
 }
 
-EExitCode RunSuite(CConsoleOptions const& options)
+// A running suite and the keys that steer it.
+class CConsoleRun
 {
-    CConsoleReport report(std::cout, TerminalFor(options), options.m_Quiet);
-    CSuiteRunner runner(options.m_Suite, report);
-    CInterruptWatch const watch(
-        [&] {
-            if (runner.RequestAbort())
-                report.AbortRequested();
-        },
-        [&] { RemoveAtOnce(report.WorkFolder()); });
+public:
+    explicit CConsoleRun(CConsoleOptions const& options)
+        : m_Report(std::cout, TerminalFor(options), options.m_Quiet),
+          m_Runner(options.m_Suite, m_Report)
+    {
+    }
+    EExitCode Execute();
 
-    while (!runner.WaitFor(std::chrono::milliseconds(50)))
-        report.Tick();
-    return ExitCodeOf(runner.Wait().m_Verdict);
+private:
+    void HandleKeys();
+    void Interrupt();
+    void Abort();
+    void PrepareToEndAtOnce();
+
+    CConsoleReport m_Report;
+    CKeyboard m_Keyboard;
+    CSuiteRunner m_Runner;
+    bool m_Interrupted = false;
+};
+
+EExitCode CConsoleRun::Execute()
+{
+    CInterruptWatch const watch([this] { Abort(); }, [this] { PrepareToEndAtOnce(); });
+    while (!m_Runner.WaitFor(std::chrono::milliseconds(50))) {
+        m_Report.Tick();
+        HandleKeys();
+    }
+    return ExitCodeOf(m_Runner.Wait().m_Verdict);
+}
+
+void CConsoleRun::HandleKeys()
+{
+    constexpr int ctrlC = 3;
+    constexpr int ctrlZ = 26;
+    constexpr int ctrlBackslash = 28;
+
+    while (std::optional<int> const key = m_Keyboard.Poll()) {
+        switch (*key) {
+        case 'p':
+            m_Runner.Pause();
+            break;
+        case 'r':
+            m_Runner.Resume();
+            break;
+        case 'a':
+        case 'q':
+            Abort();
+            break;
+        case 'h':
+        case '?':
+            m_Report.ShowKeys();
+            break;
+        case ctrlC:
+            Interrupt();
+            break;
+        case ctrlZ:
+            m_Keyboard.Suspend();
+            break;
+        case ctrlBackslash:
+            PrepareToEndAtOnce();
+            CInterruptWatch::EndBy(SIGQUIT);
+        default:
+            break;
+        }
+    }
+}
+
+void CConsoleRun::Interrupt()
+{
+    if (m_Interrupted) {
+        PrepareToEndAtOnce();
+        CInterruptWatch::EndBy(SIGINT);
+    }
+    m_Interrupted = true;
+    Abort();
+}
+
+void CConsoleRun::Abort()
+{
+    if (m_Runner.RequestAbort())
+        m_Report.AbortRequested();
+}
+
+void CConsoleRun::PrepareToEndAtOnce()
+{
+    RemoveAtOnce(m_Report.WorkFolder());
+    m_Keyboard.Restore();
 }
 
 EExitCode Show(std::string const& text)
@@ -90,7 +167,7 @@ EExitCode Run(int argc, char const* const* argv)
             return Show(HelpText());
         if (options.m_Version)
             return Show("torqel-console " TORQEL_CONSOLE_VERSION "\n");
-        return RunSuite(options);
+        return CConsoleRun(options).Execute();
     } catch (CUsageError const& error) {
         Complain(EExitCode::Usage, error.what());
         std::cerr << "Try torqel-console --help.\n";

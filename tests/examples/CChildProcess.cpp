@@ -5,6 +5,7 @@
 #include <pty.h>
 #include <sys/ioctl.h>
 #include <sys/wait.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <array>
@@ -167,6 +168,13 @@ void CChildProcess::Type(std::string const& keys) const
 {
     if (write(m_Output, keys.data(), keys.size()) != static_cast<ssize_t>(keys.size()))
         Fail("write");
+}
+
+bool CChildProcess::TerminalIsOrdinary() const
+{
+    constexpr tcflag_t ordinary = ICANON | ECHO | ISIG;
+    termios mode = {};
+    return tcgetattr(m_Output, &mode) == 0 && (mode.c_lflag & ordinary) == ordinary;
 }
 
 int CChildProcess::Wait()

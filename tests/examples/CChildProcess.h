@@ -46,6 +46,8 @@ public:
     void Resize(unsigned short columns) const;
     /// Types on the program's terminal.
     void Type(std::string const& keys) const;
+    /// Whether the program's terminal is as terminals are: by lines, with echo and signals.
+    bool TerminalIsOrdinary() const;
     /// The exit code, or the negative number of the signal that ended the program.
     int Wait();
 

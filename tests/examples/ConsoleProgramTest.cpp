@@ -199,6 +199,51 @@ TEST_F(CConsoleProgram, ExitsWith2AfterCtrlC)
     EXPECT_EQ(program.Wait(), 2);
 }
 
+TEST_F(CConsoleProgram, PausesResumesAndAbortsByKeysAndLeavesTheTerminalAsItWas)
+{
+    AddManyFiles();
+    m_Launch.m_Output = CLaunch::EOutput::Terminal;
+    CChildProcess program(m_Launch);
+    ASSERT_TRUE(program.ReadUntil("PASS"));
+    EXPECT_FALSE(program.TerminalIsOrdinary());
+    program.Type("\x1b[Ap"); // an arrow key first, which means nothing
+    ASSERT_TRUE(program.ReadUntil("Paused"));
+    program.Type("h");
+    ASSERT_TRUE(program.ReadUntil("Keys: p pauses"));
+    program.Type("ra"); // typed ahead
+    EXPECT_THAT(program.ReadAll(), HasSubstr("ABORTED"));
+    EXPECT_EQ(program.Wait(), 2);
+    EXPECT_TRUE(program.TerminalIsOrdinary());
+}
+
+TEST_F(CConsoleProgram, LeavesTheTerminalAsItWasHoweverItEnds)
+{
+    struct CRow
+    {
+        char const* m_Name;
+        char const* m_Keys;
+        int m_Signal;
+        int m_Ending;
+    };
+    AddManyFiles();
+    m_Launch.m_Output = CLaunch::EOutput::Terminal;
+    for (CRow const& row :
+         {CRow{"Ctrl-C twice", "\x03\x03", 0, -SIGINT}, CRow{"Ctrl-backslash", "\x1c", 0, -SIGQUIT},
+          CRow{"terminated", "", SIGTERM, 2}, CRow{"hung up", "", SIGHUP, 2}}) {
+        SCOPED_TRACE(row.m_Name);
+        CChildProcess program(m_Launch);
+        ASSERT_TRUE(program.ReadUntil("PASS"));
+        program.Type(row.m_Keys);
+        if (row.m_Signal != 0)
+            program.Signal(row.m_Signal);
+        program.ReadAll();
+        EXPECT_EQ(program.Wait(), row.m_Ending);
+        EXPECT_TRUE(program.TerminalIsOrdinary());
+        for (fs::directory_entry const& left : fs::directory_iterator(m_Temporary.Path()))
+            fs::remove_all(left.path()); // what a death by signal leaves
+    }
+}
+
 TEST_F(CConsoleProgram, EndsAtOnceAtTheSecondInterrupt)
 {
     AddManyFiles();
