@@ -12,7 +12,8 @@
 ///     TQUserAbort::Send();                 // throws TQUserAbort
 /// ```
 ///
-/// The state lives as long as the process and is one for all its libraries; all
+/// The state lives as long as the process and is one for all its libraries (for
+/// modules built by clang under the condition that UIHelperBase.h names); all
 /// flags are false at load.
 ///
 /// Threads: every operation from any number at once. Locks are taken in the

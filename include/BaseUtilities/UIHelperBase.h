@@ -8,7 +8,9 @@ class CQtSignaler;
 
 /// Where the application leaves what every helper of the user interaction
 /// needs. The members are one for all libraries of the process; nothing clears
-/// them, and readers check m_UISignaler for null themselves.
+/// them, and readers check m_UISignaler for null themselves. For modules built
+/// by clang they are one where the executable links this library, or has loaded
+/// it with RTLD_GLOBAL before the modules.
 ///
 /// Threads: no locks. Set a member before another thread reads it.
 class BASEUTILITIES_EXPORT UIHelperBase
