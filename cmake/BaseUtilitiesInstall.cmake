@@ -82,3 +82,8 @@ endif()
 install(FILES "${PROJECT_SOURCE_DIR}/share/gdb/libBaseUtilities.so-gdb.py"
     DESTINATION "${gdb_dir}"
     COMPONENT Development)
+
+# Opt-in adapters to other libraries, each for those who have that library.
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/include/BaseUtilities/adapters"
+    DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/BaseUtilities"
+    COMPONENT Development)

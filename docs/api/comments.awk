@@ -56,6 +56,7 @@ BEGIN {
     say("basic_sv_wrapper\\(std::basic_string", "The whole text.")
     say("operator std::basic_string_view", "The standard view of the same text.")
     say("explicit CFormattedString\\(", "Formats and keeps the text, indented by the level of this moment.")
+    say("size_t operator\\(\\)", "The hash.")
     say("bool operator\\(\\)\\(CSafeString", "Whether the left text orders before the right one.")
 }
 
@@ -76,7 +77,7 @@ skipping {
     next
 }
 
-/^struct BASEUTILITIES_EXPORT std::/ { sub(/std::/, "") } # a specialisation, shown by its name
+/^struct (BASEUTILITIES_EXPORT )?(std|fmt)::/ { sub(/(std|fmt)::/, "") } # a specialisation, shown by its name
 
 /^ *\/\// {
     if (!inComment)
