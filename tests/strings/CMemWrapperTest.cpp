@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <malloc.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <limits>
@@ -81,6 +83,19 @@ TEST(CMemWrapper, SizeZeroAllocatesNothing)
     CMemWrapper::AllocateMemory(0, true);
     CMemWrapper::AllocateMemory(0, false);
     EXPECT_FALSE(next.Happened());
+}
+
+// Seen by the runtime library's own account, as the block of this size is a mapping of its own.
+TEST(CMemWrapper, ReleaseFreesTheBlock)
+{
+    if (!CanFailMalloc())
+        GTEST_SKIP() << "the sanitizer owns malloc, and reports the leak itself";
+    constexpr std::size_t size = 64UL << 20;
+    std::size_t const before = mallinfo2().hblkhd;
+    void* block = CMemWrapper::AllocateMemory(size, false);
+    EXPECT_GE(mallinfo2().hblkhd, before + size);
+    CMemWrapper::ReleaseMemory(block);
+    EXPECT_EQ(mallinfo2().hblkhd, before);
 }
 
 // What malloc and free know, so that the block of either kind is theirs.

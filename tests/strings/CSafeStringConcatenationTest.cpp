@@ -170,6 +170,7 @@ TEST(CSafeStringConcatenating, ResultHoldsNoMoreThanItsText)
 {
     CSafeString const left(LongText);
     EXPECT_EQ(StorageOf(left + left)->capacity(), 80u);
+    EXPECT_EQ(StorageOf(CSafeString(10, 'x') + CSafeString(10, 'y'))->capacity(), 20u);
     EXPECT_EQ(StorageOf(left + 'c')->capacity(), 41u);
     EXPECT_EQ(StorageOf('c' + left)->capacity(), 41u);
 }

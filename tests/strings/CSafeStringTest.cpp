@@ -265,8 +265,8 @@ TEST(CSafeString, SetConvertsUtf16AndWideText)
     std::string const* const storage = StorageOf(text);
     text.set(basic_sv_wrapper<char16_t>(u"\u00e4\0b"));
     EXPECT_EQ(Bytes(text), std::string("\xc3\xa4\0b", 4));
-    text.set(basic_sv_wrapper<wchar_t>(L"\U0001F600"));
-    EXPECT_EQ(Bytes(text), "\xf0\x9f\x98\x80");
+    text.set(basic_sv_wrapper<wchar_t>(L"\U0001F600\0b"));
+    EXPECT_EQ(Bytes(text), std::string("\xf0\x9f\x98\x80\0b", 6));
     text.set(basic_sv_wrapper<wchar_t>());
     EXPECT_EQ(Bytes(text), "");
     text.set(basic_sv_wrapper<char16_t>());

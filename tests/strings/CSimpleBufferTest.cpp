@@ -398,6 +398,16 @@ TEST(CSimpleBuffer, AssignmentToABufferWhoseGrowthFailedFillsIt)
     EXPECT_TRUE(failed == source);
 }
 
+TEST(CSimpleBuffer, AssignmentToItselfKeepsTheSizeThatAFailedGrowthRecorded)
+{
+    CSimpleBuffer failed;
+    FailGrowth(failed, 2048);
+    CSimpleBuffer const& same = failed;
+    failed = same;
+    EXPECT_EQ(MembersOf(failed).pBuffer, nullptr);
+    EXPECT_EQ(MembersOf(failed).size, 2048u);
+}
+
 TEST(CSimpleBuffer, BufferWhoseGrowthFailedEqualsNothing)
 {
     CSimpleBuffer failed;
