@@ -5,7 +5,7 @@
 
 #include <fmt/format.h>
 
-// Opt-in: the library's text as an argument of fmt, with the specifications of a string.
+// Opt-in: the library's text as an argument of fmt, with the format options of a string.
 //
 // Threads: any number at once.
 
@@ -13,7 +13,7 @@
 template <>
 struct fmt::formatter<CSafeString> : fmt::formatter<fmt::string_view>
 {
-    /// Writes the text as the specification says.
+    /// Writes the text as the format options say.
     template <class Context>
     auto format(CSafeString const& text, Context& context) const
     {
@@ -25,7 +25,7 @@ struct fmt::formatter<CSafeString> : fmt::formatter<fmt::string_view>
 template <>
 struct fmt::formatter<basic_sv_wrapper<char>> : fmt::formatter<fmt::string_view>
 {
-    /// Writes the text as the specification says.
+    /// Writes the text as the format options say.
     template <class Context>
     auto format(basic_sv_wrapper<char> const& text, Context& context) const
     {
