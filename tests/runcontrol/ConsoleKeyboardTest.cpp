@@ -43,26 +43,45 @@ bool ComesToHold(std::function<bool()> const& condition)
 class ConsoleKeyboard : public testing::Test
 {
 protected:
-    // Reads one key on another thread; meanwhile `during` runs, once the terminal's modes show
-    // that the read has begun.
-    int ReadWhile(std::function<void()> const& during)
+    // Calls on another thread, so that a call that never ends fails the test, too. Meanwhile
+    // `during` runs.
+    template <class Result>
+    Result CallWhile(Result (*call)(), std::function<void(std::atomic<bool> const&)> const& during)
     {
         std::atomic<bool> ended{false};
-        int key = -2;
-        std::thread reader([&] {
-            key = oss_getch();
+        Result result{};
+        std::thread caller([&] {
+            result = call();
             ended = true;
         });
-        EXPECT_TRUE(ComesToHold(
-            [&] { return ended || (m_Terminal.Attributes().c_lflag & keyModes) == 0; }));
-        EXPECT_FALSE(ended) << "nobody has typed yet";
-        during();
+        during(ended);
         if (!ComesToHold([&] { return ended.load(); })) {
-            ADD_FAILURE() << "the read never ended";
+            ADD_FAILURE() << "the call never ended";
             m_Terminal.HangUp();
         }
-        reader.join();
-        return key;
+        caller.join();
+        return result;
+    }
+
+    // `during` runs once the terminal's modes show that the read has begun.
+    int ReadWhile(std::function<void()> const& during)
+    {
+        return CallWhile(&oss_getch, [&](std::atomic<bool> const& ended) {
+            EXPECT_TRUE(ComesToHold(
+                [&] { return ended || (m_Terminal.Attributes().c_lflag & keyModes) == 0; }));
+            EXPECT_FALSE(ended) << "nobody has typed yet";
+            during();
+        });
+    }
+
+    int Read()
+    {
+        return CallWhile(&oss_getch, [](std::atomic<bool> const&) {});
+    }
+
+    std::optional<int> Query()
+    {
+        return CallWhile(&oss_query_getch, [](std::atomic<bool> const&) {});
     }
 
     int ReadTyped(std::string const& keys)
@@ -146,7 +165,7 @@ TEST_F(ConsoleKeyboard, LeavesTheLeastCountAtZero)
     attributes.c_cc[VTIME] = 0;
     m_Terminal.SetAttributes(attributes);
     std::string const before = Text(m_Terminal.Attributes());
-    EXPECT_EQ(oss_getch(), EOF);
+    EXPECT_EQ(Read(), EOF);
     EXPECT_EQ(Text(m_Terminal.Attributes()), before);
 }
 
@@ -167,9 +186,9 @@ TEST_F(ConsoleKeyboard, WaitsForAsManyKeysAsTheTerminalIsToldTo)
 TEST_F(ConsoleKeyboard, ReturnsKeysTypedAheadOneByOne)
 {
     m_Terminal.TypeAndWaitForEcho("abc");
-    EXPECT_EQ(oss_getch(), 'a');
-    EXPECT_EQ(oss_getch(), 'b');
-    EXPECT_EQ(oss_getch(), 'c');
+    EXPECT_EQ(Read(), 'a');
+    EXPECT_EQ(Read(), 'b');
+    EXPECT_EQ(Read(), 'c');
 }
 
 TEST_F(ConsoleKeyboard, ReturnsTheEndOfInputWhenTheOperatorHangsUp)
@@ -180,23 +199,23 @@ TEST_F(ConsoleKeyboard, ReturnsTheEndOfInputWhenTheOperatorHangsUp)
 TEST_F(ConsoleKeyboard, FindsNoKeyAndReturnsAtOnce)
 {
     std::string const before = Text(m_Terminal.Attributes());
-    EXPECT_EQ(oss_query_getch(), std::nullopt);
+    EXPECT_EQ(Query(), std::nullopt);
     EXPECT_EQ(Text(m_Terminal.Attributes()), before);
 }
 
 TEST_F(ConsoleKeyboard, FindsNoKeyWhenTheOperatorHasHungUp)
 {
     m_Terminal.HangUp();
-    EXPECT_EQ(oss_query_getch(), std::nullopt);
+    EXPECT_EQ(Query(), std::nullopt);
 }
 
 TEST_F(ConsoleKeyboard, FindsATypedKeyWithoutEnter)
 {
     std::string const before = Text(m_Terminal.Attributes());
     m_Terminal.TypeAndWaitForEcho("k");
-    EXPECT_EQ(oss_query_getch(), 'k');
+    EXPECT_EQ(Query(), 'k');
     EXPECT_EQ(Text(m_Terminal.Attributes()), before);
-    EXPECT_EQ(oss_query_getch(), std::nullopt);
+    EXPECT_EQ(Query(), std::nullopt);
 }
 
 TEST_F(ConsoleKeyboard, RestoresUnusualAttributesAfterAQuery)
@@ -207,10 +226,10 @@ TEST_F(ConsoleKeyboard, RestoresUnusualAttributesAfterAQuery)
     unusual.c_cc[VTIME] = 9;
     m_Terminal.SetAttributes(unusual);
     std::string const before = Text(m_Terminal.Attributes());
-    EXPECT_EQ(oss_query_getch(), std::nullopt);
+    EXPECT_EQ(Query(), std::nullopt);
     EXPECT_EQ(Text(m_Terminal.Attributes()), before);
     m_Terminal.TypeAndWaitForEcho("k");
-    EXPECT_EQ(oss_query_getch(), 'k');
+    EXPECT_EQ(Query(), 'k');
     EXPECT_EQ(Text(m_Terminal.Attributes()), before);
 }
 
@@ -219,7 +238,7 @@ TEST_F(ConsoleKeyboard, LeavesAnEchoThatWasOffOff)
     termios attributes = m_Terminal.Attributes();
     attributes.c_lflag &= ~static_cast<tcflag_t>(ECHO);
     m_Terminal.SetAttributes(attributes);
-    EXPECT_EQ(oss_query_getch(), std::nullopt);
+    EXPECT_EQ(Query(), std::nullopt);
     EXPECT_EQ(m_Terminal.Attributes().c_lflag, attributes.c_lflag);
 }
 
@@ -227,19 +246,19 @@ TEST_F(ConsoleKeyboard, LeavesAnEchoThatWasOffOff)
 TEST_F(ConsoleKeyboard, HidesTypedAheadKeysFromTheQueryInTheBufferOfTheStream)
 {
     m_Terminal.TypeAndWaitForEcho("ab");
-    EXPECT_EQ(oss_query_getch(), 'a');
-    EXPECT_EQ(oss_query_getch(), std::nullopt);
-    EXPECT_EQ(oss_getch(), 'b');
+    EXPECT_EQ(Query(), 'a');
+    EXPECT_EQ(Query(), std::nullopt);
+    EXPECT_EQ(Read(), 'b');
 }
 
 TEST_F(ConsoleKeyboard, FindsTypedAheadKeysWhenTheStreamIsUnbuffered)
 {
     m_Input.SetUnbuffered();
     m_Terminal.TypeAndWaitForEcho("abc");
-    EXPECT_EQ(oss_query_getch(), 'a');
-    EXPECT_EQ(oss_query_getch(), 'b');
-    EXPECT_EQ(oss_getch(), 'c');
-    EXPECT_EQ(oss_query_getch(), std::nullopt);
+    EXPECT_EQ(Query(), 'a');
+    EXPECT_EQ(Query(), 'b');
+    EXPECT_EQ(Read(), 'c');
+    EXPECT_EQ(Query(), std::nullopt);
 }
 
 // The other documented hazard: nothing restores the terminal when a signal ends the process.
