@@ -174,4 +174,8 @@ def build():
     return printers
 
 
-gdb.printing.register_pretty_printer(gdb.current_objfile(), build(), replace=True)
+# GDB asks the object files in the order in which they were loaded, and the standard library's own
+# printers would claim the owner wherever that library came first, as it does when a program loads
+# this one by dlopen. The program itself comes before both.
+for objfile in (gdb.current_objfile(), *gdb.objfiles()[:1]):
+    gdb.printing.register_pretty_printer(objfile, build(), replace=True)

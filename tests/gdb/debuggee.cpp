@@ -1,4 +1,5 @@
-// Holds one object of each kind that the printers show, and stops where the debugger waits.
+// Holds one object of each kind that the printers show, and stops where the debugger waits. Part of
+// a program, or of a module that a program loads.
 
 #include <BaseUtilities/CFormatInfo.h>
 #include <BaseUtilities/CSafeString.h>
@@ -18,7 +19,7 @@ __attribute__((noinline)) void Stop()
     asm volatile(""); // so that the call stays
 }
 
-int main()
+extern "C" __attribute__((visibility("default"))) int ShowObjects()
 {
     CSafeString text("short");
     CSafeString longText(300, 'x');
