@@ -51,6 +51,19 @@ void ExpectModuleThrowIsCaughtAs(char const* className)
     }
 }
 
+// Clears the flag of exit requests and puts back what it was.
+class CScopedExitFlag
+{
+public:
+    CScopedExitFlag() { TQAppExitException::ExceptionThrown(false); }
+    CScopedExitFlag(CScopedExitFlag const&) = delete;
+    CScopedExitFlag& operator=(CScopedExitFlag const&) = delete;
+    ~CScopedExitFlag() { TQAppExitException::ExceptionThrown(m_Before); }
+
+private:
+    bool m_Before = TQAppExitException::ExceptionThrown();
+};
+
 void CopyMissingFile()
 {
     CTemporaryFolder const folder;
@@ -138,12 +151,10 @@ TEST(ErrorsAcrossModules, StaticsAreOneForAll)
 
 TEST(ErrorsAcrossModules, ExitRequestMadeInTheModuleIsKnownOutside)
 {
-    bool const before = TQAppExitException::ExceptionThrown();
-    TQAppExitException::ExceptionThrown(false);
+    CScopedExitFlag const cleared;
     EXPECT_THROW(LoadTestModule().raise("TQAppExitException", "leave", OtherStatus),
                  TQAppExitException);
     EXPECT_TRUE(TQAppExitException::ExceptionThrown());
-    TQAppExitException::ExceptionThrown(before);
 }
 
 TEST(ErrorsAcrossModules, HolderOfWhatTextsIsOneForAll)
