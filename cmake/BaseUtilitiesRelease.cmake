@@ -5,6 +5,7 @@
 include(CheckCXXCompilerFlag)
 include(CheckLinkerFlag)
 
+option(BASEUTILITIES_HARDENED "Harden optimised builds; off only to measure what it costs" ON)
 set(BASEUTILITIES_RELEASE_COMPILE_OPTIONS "")
 set(BASEUTILITIES_RELEASE_LINK_OPTIONS "")
 
@@ -19,23 +20,24 @@ foreach(flag IN ITEMS
         -fno-strict-overflow)
     string(MAKE_C_IDENTIFIER "BASEUTILITIES_HAS${flag}" known)
     check_cxx_compiler_flag(${flag} ${known})
-    if(${known})
+    if(${known} AND BASEUTILITIES_HARDENED)
         list(APPEND BASEUTILITIES_RELEASE_COMPILE_OPTIONS ${flag})
     endif()
 endforeach()
 foreach(flag IN ITEMS -z,relro -z,now -z,noexecstack -z,separate-code --build-id=sha1)
     string(MAKE_C_IDENTIFIER "BASEUTILITIES_LINKS${flag}" known)
     check_linker_flag(CXX "LINKER:${flag}" ${known})
-    if(${known})
+    if(${known} AND (BASEUTILITIES_HARDENED OR flag STREQUAL "--build-id=sha1"))
         list(APPEND BASEUTILITIES_RELEASE_LINK_OPTIONS "LINKER:${flag}")
     endif()
 endforeach()
 
 # _GLIBCXX_ASSERTIONS of the guide is left out: the interface promises that no access checks a
 # position, and consumers may set it for themselves.
+if(BASEUTILITIES_HARDENED)
+    list(APPEND BASEUTILITIES_RELEASE_COMPILE_OPTIONS -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3)
+endif()
 list(APPEND BASEUTILITIES_RELEASE_COMPILE_OPTIONS
-    -U_FORTIFY_SOURCE
-    -D_FORTIFY_SOURCE=3
     # The last match wins, and the build folder may lie within the sources.
     "-ffile-prefix-map=${PROJECT_SOURCE_DIR}=."
     "-ffile-prefix-map=${PROJECT_BINARY_DIR}=build")
