@@ -457,7 +457,7 @@ TEST(CFormatInfo, AlphaOfTheAddedColourPlaysNoPartInTheComplement)
 TEST(CFormatInfo, ComplementIsMaskedToEightBits)
 {
     CFormatInfo info;
-    info.AddColor({0x1FF, 0xFFFFFFFF, 0xFF, 255}, true);
+    info.AddColor({0x1FF, 0xFFFFFFFF, 0x2FF, 255}, true);
     EXPECT_FALSE(info.m_ColorChanged || info.m_HasColor);
 }
 
