@@ -17,3 +17,12 @@ function(baseutilities_compile_options target)
         target_link_options(${target} PRIVATE --coverage)
     endif()
 endfunction()
+
+# Nothing pays twice for the boundary of a library: functions of ours call one another directly and
+# may be inlined, and calls to other libraries go through one pointer instead of a stub. Data stays
+# as it is, so exceptions and inline statics are still one for the whole process, and allocators can
+# still be replaced.
+function(baseutilities_binding_options target)
+    target_compile_options(${target} PRIVATE -fno-semantic-interposition -fno-plt)
+    target_link_options(${target} PRIVATE LINKER:-Bsymbolic-functions)
+endfunction()
