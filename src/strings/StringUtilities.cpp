@@ -4,7 +4,6 @@
 #include <QString>
 #include <QStringList>
 
-#include <cctype>
 #include <stdexcept>
 #include <string>
 
@@ -26,15 +25,6 @@ QString ItemToQString(CSafeString const& item)
 CSafeString ToSafeString(QString const& text)
 {
     return text.toUtf8().constData();
-}
-
-template <class Convert>
-CSafeString ConvertBytes(basic_sv_wrapper<char> const& text, Convert convert)
-{
-    CSafeString result(text);
-    for (char& byte : result)
-        byte = static_cast<char>(convert(static_cast<unsigned char>(byte)));
-    return result;
 }
 
 CSafeString WithS(basic_sv_wrapper<char> const& word)
@@ -66,16 +56,6 @@ CSafeString StringJoin(std::vector<CSafeString> const& items,
     for (CSafeString const& item : items)
         list.append(ItemToQString(item));
     return ToSafeString(list.join(between));
-}
-
-CSafeString ToUpper(basic_sv_wrapper<char> const& text)
-{
-    return ConvertBytes(text, [](int byte) { return std::toupper(byte); });
-}
-
-CSafeString ToLower(basic_sv_wrapper<char> const& text)
-{
-    return ConvertBytes(text, [](int byte) { return std::tolower(byte); });
 }
 
 CSafeString PluralNoun(unsigned long count, basic_sv_wrapper<char> const& singular,

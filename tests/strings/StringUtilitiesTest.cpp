@@ -16,12 +16,15 @@
 #include <climits>
 #include <cstdlib>
 #include <cstring>
-#include <optional>
+#include <future>
 #include <random>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <vector>
+
+#include <locale.h>
 
 using namespace std::string_literals;
 using testing::ElementsAre;
@@ -347,38 +350,106 @@ std::string AllBytes()
     return bytes;
 }
 
+struct SLetterCase
+{
+    char const* m_Name;
+    CSafeString (*m_Convert)(View const&);
+    int (*m_ConvertByte)(int);
+};
+
+SLetterCase const LetterCases[] = {{"upper", &ToUpper, &std::toupper},
+                                   {"lower", &ToLower, &std::tolower}};
+
+// Every byte at every place of texts of these lengths, for long ones are converted in another way.
 void ExpectTheCLibrarysLetterCase()
 {
-    std::string const bytes = AllBytes();
-    std::string upper;
-    std::string lower;
-    for (int byte = 0; byte <= UCHAR_MAX; ++byte) {
-        upper += static_cast<char>(std::toupper(byte));
-        lower += static_cast<char>(std::tolower(byte));
+    std::string const bytes = AllBytes() + AllBytes();
+    for (SLetterCase const& to : LetterCases) {
+        std::string expected;
+        for (char const byte : bytes)
+            expected += static_cast<char>(to.m_ConvertByte(static_cast<unsigned char>(byte)));
+        for (std::size_t const length : {1UL, 63UL, 64UL, 65UL, 256UL}) {
+            SCOPED_TRACE(std::string("to ") + to.m_Name + ", length " + std::to_string(length));
+            for (std::size_t start = 0; start <= UCHAR_MAX; ++start) {
+                ASSERT_EQ(Bytes(to.m_Convert(bytes.substr(start, length))),
+                          expected.substr(start, length));
+            }
+        }
     }
-    EXPECT_EQ(Bytes(ToUpper(bytes)), upper);
-    EXPECT_EQ(Bytes(ToLower(bytes)), lower);
 }
 
-/// The C library's locale with Latin-1 letters, made by the system's own tool
-/// from its sources, where these are installed.
-class CLatin1Locale
+/// Locales with Latin-1 letters to be found for as long as this lives, made by
+/// the system's own tool from its sources, where these are installed.
+class CLatin1Sources
 {
 public:
-    CLatin1Locale() : m_Path("LOCPATH", m_Folder.Path().native())
+    static constexpr char const* Name = "latin.ISO-8859-1";
+
+    CLatin1Sources() : m_Path("LOCPATH", m_Folder.Path().native())
     {
-        std::string const make = "localedef -i en_US -f ISO-8859-1 '"
-                                 + m_Folder / "latin.ISO-8859-1" + "' >/dev/null 2>&1";
-        if (std::system(make.c_str()) == 0)
-            m_Locale.emplace("latin.ISO-8859-1");
+        std::string const make =
+            "localedef -i en_US -f ISO-8859-1 '" + m_Folder / Name + "' >/dev/null 2>&1";
+        m_Made = std::system(make.c_str()) == 0;
     }
-    bool IsSet() const { return m_Locale && m_Locale->IsSet(); }
+    bool Made() const { return m_Made; }
 
 private:
     CTemporaryFolder m_Folder;
     CScopedEnvironment m_Path;
-    std::optional<CScopedLocale> m_Locale;
+    bool m_Made = false;
 };
+
+/// The locale of the calling thread alone, as long as this lives.
+class CThreadLocale
+{
+public:
+    explicit CThreadLocale(char const* name)
+        : m_Locale(newlocale(LC_ALL_MASK, name, locale_t())),
+          m_Before(uselocale(m_Locale))
+    {
+    }
+    CThreadLocale(CThreadLocale const&) = delete;
+    CThreadLocale& operator=(CThreadLocale const&) = delete;
+    ~CThreadLocale()
+    {
+        uselocale(m_Before);
+        if (IsSet())
+            freelocale(m_Locale);
+    }
+    bool IsSet() const { return m_Locale != locale_t(); }
+
+private:
+    locale_t m_Locale;
+    locale_t m_Before;
+};
+
+// Sixteen letters as Latin-1, as often as makes a text of so many bytes.
+std::string LatinLetters(std::string const& letters, std::size_t size)
+{
+    std::string text;
+    while (text.size() < size)
+        text += letters;
+    return text;
+}
+
+void ExpectLatin1LetterCase()
+{
+    for (std::size_t const size : {16UL, 160UL}) {
+        std::string const small = LatinLetters("\xE4\xF6\xFC\xE9 abcd\xDF\xF7ijk ", size);
+        std::string const large = LatinLetters("\xC4\xD6\xDC\xC9 ABCD\xDF\xF7IJK ", size);
+        EXPECT_EQ(Bytes(ToUpper(small)), large);
+        EXPECT_EQ(Bytes(ToLower(large)), small);
+    }
+}
+
+void ExpectNoLatin1LetterCase()
+{
+    for (std::size_t const size : {16UL, 160UL}) {
+        std::string const text = LatinLetters("\xE4\xF6\xFC\xC4\xD6\xDC\xC9\xE9", size);
+        EXPECT_EQ(Bytes(ToUpper(text)), text);
+        EXPECT_EQ(Bytes(ToLower(text)), text);
+    }
+}
 } // namespace
 
 TEST(LetterCase, ChangesOnlyAsciiLettersInTheDefaultLocale)
@@ -405,12 +476,62 @@ TEST(LetterCase, AgreesWithTheCLibraryOnEveryByteInAUtf8Locale)
 
 TEST(LetterCase, FollowsALocaleOfEightBitLetters)
 {
-    CLatin1Locale const locale;
-    if (!locale.IsSet())
+    CLatin1Sources const sources;
+    CScopedLocale const locale(CLatin1Sources::Name);
+    if (!sources.Made() || !locale.IsSet())
         GTEST_SKIP() << "no sources to make a Latin-1 locale from";
-    EXPECT_EQ(Bytes(ToUpper("\xE4")), "\xC4");
-    EXPECT_EQ(Bytes(ToLower("\xC4")), "\xE4");
+    ExpectLatin1LetterCase();
     ExpectTheCLibrarysLetterCase();
+}
+
+TEST(LetterCase, FollowsEachChangeOfTheLocale)
+{
+    CLatin1Sources const sources;
+    if (!sources.Made())
+        GTEST_SKIP() << "no sources to make a Latin-1 locale from";
+    CScopedLocale const plain("C");
+    ExpectNoLatin1LetterCase();
+    {
+        CScopedLocale const latin(CLatin1Sources::Name);
+        ExpectLatin1LetterCase();
+    }
+    ExpectNoLatin1LetterCase();
+}
+
+TEST(LetterCase, FollowsTheLocaleOfTheThreadBeforeThatOfTheProcess)
+{
+    CLatin1Sources const sources;
+    if (!sources.Made())
+        GTEST_SKIP() << "no sources to make a Latin-1 locale from";
+    CScopedLocale const plain("C");
+    {
+        CThreadLocale const latin(CLatin1Sources::Name);
+        ASSERT_TRUE(latin.IsSet());
+        ExpectLatin1LetterCase();
+        ExpectTheCLibrarysLetterCase();
+        std::thread([] { ExpectNoLatin1LetterCase(); }).join();
+    }
+    ExpectNoLatin1LetterCase();
+}
+
+TEST(LetterCase, FollowsALocaleThatAnotherThreadSetsForTheProcess)
+{
+    CLatin1Sources const sources;
+    if (!sources.Made())
+        GTEST_SKIP() << "no sources to make a Latin-1 locale from";
+    CScopedLocale const plain("C");
+    std::promise<void> started;
+    std::promise<void> set;
+    std::thread worker([&] {
+        ExpectNoLatin1LetterCase();
+        started.set_value();
+        set.get_future().wait();
+        ExpectLatin1LetterCase();
+    });
+    started.get_future().wait();
+    CScopedLocale const latin(CLatin1Sources::Name);
+    set.set_value();
+    worker.join();
 }
 
 TEST(LetterCase, KeepsEmbeddedNulsAndConvertsBehindThem)
