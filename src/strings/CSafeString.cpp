@@ -3,6 +3,7 @@
 #include <BaseUtilities/EncodingConversions.h>
 
 #include <algorithm>
+#include <cstring>
 #include <memory>
 #include <string_view>
 #include <utility>
@@ -296,9 +297,10 @@ CSafeString CSafeString::do_join(std::vector<CSafeString> const& items,
         result = items.front();
         return result;
     }
+    std::string_view const separatorText = between.get(); // up to its NUL, and measured once
     for (CSafeString const& item : items) {
         if (!result.empty())
-            result += between;
+            result.m_pString->append(separatorText);
         result += item;
     }
     return result;
@@ -325,7 +327,8 @@ CSafeString CSafeString::join(std::vector<CSafeString> const& items, char separa
 
 bool operator==(CSafeString const& left, CSafeString const& right)
 {
-    return std::string_view(left.get(), left.size()) == std::string_view(right.get(), right.size());
+    unsigned long const size = left.size();
+    return size == right.size() && std::memcmp(left.get(), right.get(), size) == 0;
 }
 
 bool std::less<CSafeString>::operator()(CSafeString const& left, CSafeString const& right) const

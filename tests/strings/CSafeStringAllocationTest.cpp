@@ -357,6 +357,17 @@ TEST(CSafeStringAllocation, FailedJoinLeavesTheFormerTextUntilTheNewOneIsJoined)
     EXPECT_EQ(operands.items, (std::vector<CSafeString>{LongText, LongText}));
 }
 
+TEST(CSafeStringAllocation, JoinMakesNoRoomForWhatFollowsANul)
+{
+    std::string const tail = std::string("ab\0", 3) + std::string(100'000, 'x');
+    std::vector<CSafeString> const items(2, CSafeString(CView(tail)));
+    CAllocationCounter const during;
+    CSafeString const joined = CSafeString::do_join(items, ",");
+    EXPECT_EQ(during.Count(), 2u); // the strings of the separator and of the result
+    EXPECT_EQ(StorageOf(joined)->capacity(), std::string().capacity());
+    EXPECT_EQ(Bytes(joined), "ab,ab");
+}
+
 TEST(CSafeStringAllocation, FailedJoinLeaksNothing)
 {
     SOperands operands;
