@@ -9,7 +9,7 @@
 namespace
 {
 template <class Integer>
-CSafeString IntegerText(Integer value)
+[[gnu::flatten]] CSafeString IntegerText(Integer value)
 {
     std::string const text = std::to_string(value);
     return basic_sv_wrapper<char>(text);

@@ -42,9 +42,9 @@ CSimpleBuffer::~CSimpleBuffer()
 
 char* CSimpleBuffer::Resize(unsigned long wanted)
 {
-    unsigned long const atLeast = std::max(wanted, Step);
     if (m_pBuffer != nullptr && m_Size >= wanted)
         return m_pBuffer;
+    unsigned long const atLeast = std::max(wanted, Step);
     if (m_pBuffer == nullptr && m_Size >= atLeast)
         return m_pBuffer;
 

@@ -20,7 +20,9 @@ custom_unique_ptr<std::string, std::string> ToUtf8(QString const& text)
 }
 } // namespace
 
-custom_unique_ptr<std::u16string, std::u16string> Utf8ToUtf16(basic_sv_wrapper<char> const& text)
+// Flattened: short texts are converted in the time of the calls that this saves.
+[[gnu::flatten]] custom_unique_ptr<std::u16string, std::u16string>
+Utf8ToUtf16(basic_sv_wrapper<char> const& text)
 {
     QString const units = QString::fromUtf8(text.data(), LengthOf(text));
     return make_custom_unique<std::u16string, std::u16string>(units.toStdU16String());

@@ -64,12 +64,14 @@ CSafeString Convert(basic_sv_wrapper<char> const& text, nl_item item, CaseTable 
 }
 } // namespace
 
-CSafeString ToUpper(basic_sv_wrapper<char> const& text)
+// Flattened: short texts are converted in the time of the calls that this saves.
+
+[[gnu::flatten]] CSafeString ToUpper(basic_sv_wrapper<char> const& text)
 {
     return Convert(text, _NL_CTYPE_TOUPPER, PosixUpper, 'a');
 }
 
-CSafeString ToLower(basic_sv_wrapper<char> const& text)
+[[gnu::flatten]] CSafeString ToLower(basic_sv_wrapper<char> const& text)
 {
     return Convert(text, _NL_CTYPE_TOLOWER, PosixLower, 'A');
 }
