@@ -1,5 +1,8 @@
 #include <BaseUtilities/CFormatInfo.h>
 
+#include <cstring>
+#include <type_traits>
+
 namespace
 {
 constexpr TQColor OpaqueBlack{0, 0, 0, 255};
@@ -17,6 +20,13 @@ bool IsOpaqueComplement(TQColor const& color, TQColor const& other)
     return color.m_Alpha == 255 && IsComplement(color.m_Red, other.m_Red)
            && IsComplement(color.m_Green, other.m_Green)
            && IsComplement(color.m_Blue, other.m_Blue);
+}
+
+// In any channel: compared as a whole, for there is nothing between them.
+bool Differ(TQColor const& color, TQColor const& other)
+{
+    static_assert(std::has_unique_object_representations_v<TQColor>);
+    return std::memcmp(&color, &other, sizeof color) != 0;
 }
 
 // Copies where the two differ, and says so in the flag.
@@ -91,9 +101,9 @@ void CFormatInfo::ResetChangeFlags()
 
 CFormatInfo& CFormatInfo::MergeFormat(CFormatInfo const& other)
 {
-    if (m_Color != other.m_Color)
+    if (Differ(m_Color, other.m_Color))
         AddColor(other.m_Color, true);
-    if (m_BackColor != other.m_BackColor)
+    if (Differ(m_BackColor, other.m_BackColor))
         AddBackColor(other.m_BackColor, true);
     MergeAttribute(m_Weight, other.m_Weight, m_WeightChanged);
     MergeAttribute(m_TextStyle, other.m_TextStyle, m_TextStyleChanged);

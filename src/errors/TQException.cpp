@@ -9,16 +9,11 @@ basic_sv_wrapper<char> OrDefault(basic_sv_wrapper<char> const& message,
 {
     return message.empty() ? defaultText : message;
 }
-
-// The text of DoMakeWhatString without its holder, which threads that throw at once would share.
-std::runtime_error MakeBase(basic_sv_wrapper<char> const& message)
-{
-    return std::runtime_error(CSafeString(message).get());
-}
 } // namespace
 
+// The text of DoMakeWhatString without its holder, which threads that throw at once would share.
 TQException::TQException(basic_sv_wrapper<char> const& message, TEST_STATUS status)
-    : std::runtime_error(MakeBase(OrDefault(message, "TQException Thrown"))),
+    : std::runtime_error(CSafeString(OrDefault(message, "TQException Thrown")).get()),
       m_Status(status)
 {
 }

@@ -4,10 +4,11 @@
 
 namespace
 {
-// Taken in this order where more than one is held.
-std::mutex enableLock;
-std::mutex stateLock;
-std::mutex requestLock;
+// Taken in this order where more than one is held. Each has a cache line of its own, so that who
+// polls under one does not hold up who polls under another.
+alignas(64) std::mutex enableLock;
+alignas(64) std::mutex stateLock;
+alignas(64) std::mutex requestLock;
 
 using Guard = std::lock_guard<std::mutex>;
 
