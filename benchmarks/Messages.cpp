@@ -133,8 +133,9 @@ void AddExceptions(CCatalogue& catalogue)
         .Library(Caught([] {
             DoThrow<TQRunTimeException>(TEST_STATUS_ERROR, "There is no file %s.", "readme.txt");
         }))
-        .Floor(
-            Caught([] { Floor::Throw(TEST_STATUS_ERROR, "There is no file %s.", "readme.txt"); }));
+        .Floor(Caught([] {
+            Floor::Throw<char const*>(TEST_STATUS_ERROR, "There is no file %s.", "readme.txt");
+        }));
     catalogue.Add(Area, "exception: construct")
         .Allocates(3)
         .Library([=] { return std::string_view(TQRunTimeException(text).what()).size(); })

@@ -8,7 +8,10 @@
 
 #include <chrono>
 #include <cstdint>
+#include <cstdio>
+#include <cstring>
 #include <stdexcept>
+#include <string>
 
 namespace Floor
 {
@@ -24,22 +27,46 @@ public:
     friend FLOOR_EXPORT bool operator==(CBuffer const& left, CBuffer const& right);
 
 private:
-    friend struct CBuilder;
     char* m_pBuffer = nullptr;
     unsigned long m_Size = 0;
 };
 
-FLOOR_EXPORT void Build(CBuffer& out, unsigned long indent, View const& format,
-                        char const* argument, int number);
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat-nonliteral"
+#pragma GCC diagnostic ignored "-Wformat-security"
+
+// Of any arguments, so made where it is used, as the library's.
+template <class... Args>
+void Build(CBuffer& out, unsigned long indent, View const& format, Args const&... args)
+{
+    thread_local CBuffer work;
+    thread_local std::string terminated(512, '\0');
+    terminated.assign(format.data(), format.size());
+    int const measured = std::snprintf(nullptr, 0, terminated.c_str(), args...);
+    if (measured < 0)
+        throw std::runtime_error("INTERNAL ERROR - std::vsprintf() failed.");
+    auto const length = static_cast<unsigned long>(measured);
+    char* const text = work.Get(indent + length + 1);
+    if (indent != 0)
+        std::memset(text, ' ', indent);
+    static_cast<void>(std::snprintf(text + indent, length + 1, terminated.c_str(), args...));
+    out = work;
+}
+
+#pragma GCC diagnostic pop
 
 /// An indented message in a buffer of its own.
-class FLOOR_EXPORT CMessage
+class CMessage
 {
 public:
-    CMessage(View const& format, char const* argument, int number);
+    template <class... Args>
+    CMessage(View const& format, Args const&... args)
+    {
+        Build(m_Buffer, 0, format, args...);
+        m_pText = m_Buffer.Get(0);
+    }
     CMessage(CMessage const&) = delete;
     CMessage& operator=(CMessage const&) = delete;
-    ~CMessage();
     char const* get() const { return m_pText; }
 
 private:
@@ -70,9 +97,20 @@ public:
     ~CRunTimeException() override;
 };
 
-[[noreturn]] FLOOR_EXPORT void Throw(TEST_STATUS status, View const& format, char const* argument);
-[[noreturn]] FLOOR_EXPORT void Throw(TEST_STATUS status, View const& format, char const* argument,
-                                     int number);
+template <class... Args>
+[[noreturn]] FLOOR_EXPORT void Throw(TEST_STATUS status, View const& format, Args const&... args)
+{
+    if (format.empty())
+        throw CRunTimeException();
+    thread_local CBuffer buffer;
+    Build(buffer, 0, format, args...);
+    char const* const text = buffer.Get(0);
+    throw CRunTimeException(text, status);
+}
+
+// What the library makes in itself, too.
+extern template FLOOR_EXPORT void Build(CBuffer&, unsigned long, View const&, char const* const&);
+extern template FLOOR_EXPORT void Throw(TEST_STATUS, View const&, char const* const&);
 
 struct FLOOR_EXPORT CUuid
 {

@@ -40,10 +40,8 @@ namespace
     return true;
 }();
 
-std::mutex stateLock;
-std::mutex requestLock;
-bool paused = false;
-bool requested = false;
+alignas(64) std::mutex stateLock;
+alignas(64) std::mutex requestLock;
 
 fs::path ToPath(View const& text)
 {
@@ -64,7 +62,7 @@ bool IsMissing(fs::file_status const& status)
 bool AbortRequested()
 {
     std::lock_guard<std::mutex> const guard(requestLock);
-    return requested;
+    return abortRequested;
 }
 
 bool IsPaused()

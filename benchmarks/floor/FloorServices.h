@@ -41,6 +41,10 @@ Q_SIGNALS:
 
 namespace Floor
 {
+// One for the whole process, as the flags of TQUserAbort.
+inline FLOOR_EXPORT bool abortRequested = false;
+inline FLOOR_EXPORT bool paused = false;
+
 FLOOR_EXPORT bool AbortRequested();
 FLOOR_EXPORT bool IsPaused();
 

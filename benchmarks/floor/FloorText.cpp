@@ -1,7 +1,6 @@
 #include "FloorText.h"
 
 #include <algorithm>
-#include <charconv>
 #include <climits>
 #include <cstdio>
 #include <cstring>
@@ -15,8 +14,11 @@ namespace
 {
 int CompareBytes(char const* left, std::size_t leftSize, char const* right, std::size_t rightSize)
 {
-    if (int const order = std::memcmp(left, right, std::min(leftSize, rightSize)))
-        return order;
+    std::size_t const shorter = std::min(leftSize, rightSize);
+    if (shorter != 0) { // an unset view has no pointer
+        if (int const order = std::memcmp(left, right, shorter))
+            return order;
+    }
     auto const difference = static_cast<long>(leftSize - rightSize);
     return static_cast<int>(std::clamp<long>(difference, INT_MIN, INT_MAX));
 }
@@ -34,9 +36,7 @@ std::string* NewConcatenation(std::string_view left, std::string_view right)
 template <class Integer>
 std::string* NewNumber(Integer value)
 {
-    char digits[24];
-    char const* const end = std::to_chars(digits, digits + sizeof digits, value).ptr;
-    std::string const text(digits, static_cast<std::size_t>(end - digits));
+    std::string const text = std::to_string(value);
     return new std::string(text.data(), text.size());
 }
 } // namespace
@@ -161,7 +161,8 @@ CText CText::to_string(unsigned long long value)
 CText CText::to_string(double value)
 {
     __attribute__((uninitialized)) char buffer[std::numeric_limits<double>::max_exponent10 + 20];
-    int const length = std::snprintf(buffer, sizeof buffer, "%f", value);
+    // Volatile: a length that is none has to reach the string, which refuses it.
+    int const volatile length = std::snprintf(buffer, sizeof buffer, "%f", value);
     std::string const text(buffer, static_cast<std::size_t>(length));
     return CText(new std::string(text.data(), text.size()));
 }

@@ -9,7 +9,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include <ctype.h>
+#include <langinfo.h>
 
 namespace Floor
 {
@@ -28,10 +28,12 @@ constexpr Table MakeAsciiTable(int first, int last)
 
 constexpr Table AsciiUpper = MakeAsciiTable('a', 'z');
 constexpr Table AsciiLower = MakeAsciiTable('A', 'Z');
-constexpr std::size_t WorthAComparison = 256; // bytes of text
+constexpr std::size_t WorthAComparison = 64; // bytes of text
 
-void Convert(std::string& text, std::int32_t const* table, Table const& ascii, char first)
+void Convert(std::string& text, nl_item item, Table const& ascii, char first)
 {
+    void const* const current = nl_langinfo(item); // what toupper reads in this thread's locale
+    std::int32_t const* const table = static_cast<std::int32_t const*>(current) + 128;
     if (text.size() >= WorthAComparison && std::memcmp(table, ascii.data(), sizeof(Table)) == 0) {
         for (char& byte : text) // plain arithmetic, for the compiler to make vectors of
             byte = static_cast<char>(byte ^ (static_cast<unsigned char>(byte - first) < 26) << 5);
@@ -51,14 +53,14 @@ QString ToQString(View const& text)
 CText ToUpper(View const& text)
 {
     CText result(new std::string(text.data(), text.size()));
-    Convert(*result.m_pString, *__ctype_toupper_loc(), AsciiUpper, 'a');
+    Convert(*result.m_pString, _NL_CTYPE_TOUPPER, AsciiUpper, 'a');
     return result;
 }
 
 CText ToLower(View const& text)
 {
     CText result(new std::string(text.data(), text.size()));
-    Convert(*result.m_pString, *__ctype_tolower_loc(), AsciiLower, 'A');
+    Convert(*result.m_pString, _NL_CTYPE_TOLOWER, AsciiLower, 'A');
     return result;
 }
 
@@ -86,14 +88,23 @@ CText StringJoin(std::vector<CText> const& items, View const& separator)
     return CText(list.join(between).toUtf8().constData());
 }
 
+namespace
+{
+CText WithS(View const& word)
+{
+    CText result(word);
+    result += 's';
+    return result;
+}
+} // namespace
+
 CText PluralNoun(unsigned long count, View const& singular, View const& plural)
 {
     if (plural)
         return CText(plural);
-    CText result(singular);
-    if (count != 1)
-        result += 's';
-    return result;
+    if (count == 1)
+        return CText(singular);
+    return WithS(singular);
 }
 
 namespace
