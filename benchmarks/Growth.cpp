@@ -108,10 +108,10 @@ double Rate(unsigned int threads, Body body)
     std::atomic<std::size_t> done{0};
     std::vector<std::thread> workers;
     for (unsigned int index = 0; index < threads; ++index)
-        workers.emplace_back([&] {
+        workers.emplace_back([&, index] {
             std::size_t count = 0;
             for (; !stop.load(std::memory_order_relaxed); ++count)
-                body();
+                body(index);
             done += count;
         });
     std::this_thread::sleep_for(Duration);
@@ -124,11 +124,18 @@ double Rate(unsigned int threads, Body body)
 void GrowThreads(CReport& report, unsigned int threads)
 {
     std::string const count = std::to_string(threads) + " threads";
-    report.Add("abort polls", count, Rate(threads, [] { TQUserAbort::UserAbortRequested(); }),
+    report.Add("abort polls", count,
+               Rate(threads, [](unsigned int) { TQUserAbort::UserAbortRequested(); }), "per us");
+    report.Add("abort and pause polls in turn", count,
+               Rate(threads,
+                    [](unsigned int thread) {
+                        thread % 2 == 0 ? TQUserAbort::UserAbortRequested()
+                                        : TQUserAbort::IsPaused();
+                    }),
                "per us");
     report.Add("DoThrow and catch", count,
                Rate(threads,
-                    [] {
+                    [](unsigned int) {
                         try {
                             DoThrow<TQRunTimeException>(TEST_STATUS_ERROR, "There is no file %s.",
                                                         "readme.txt");

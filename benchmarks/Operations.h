@@ -64,6 +64,12 @@ public:
         m_Weight = weight;
         return *this;
     }
+    /// What was written before has to be on the disk before each repetition.
+    COperation& OnDisk()
+    {
+        m_OnDisk = true;
+        return *this;
+    }
     /// Most of it is the kernel's or another process's: no count of instructions tells anything.
     COperation& InKernel()
     {
@@ -77,6 +83,7 @@ public:
     int m_Allocations = AsFloor;
     int m_Threads = 1;
     EWeight m_Weight = EWeight::Light;
+    bool m_OnDisk = false;
     bool m_InKernel = false;
 
 private:

@@ -60,8 +60,11 @@ void AddCopy(CCatalogue& catalogue, char const* parent, char const* medium, std:
             *made = std::make_unique<CFiles>(parent, size);
         return made->get();
     };
-    catalogue.Add(Area, "TqCopyFile over a file, " + SizeName(size) + " on " + medium)
-        .InKernel()
+    COperation& operation =
+        catalogue.Add(Area, "TqCopyFile over a file, " + SizeName(size) + " on " + medium);
+    if (parent == DiskFolder)
+        operation.OnDisk();
+    operation.InKernel()
         .Weighs(size > 16 * 1024 * 1024 ? EWeight::Heavy : EWeight::Light)
         .Library([=] {
             return TqCopyFile(files()->m_From, files()->m_To, ECopyFailType::Throw).has_value();

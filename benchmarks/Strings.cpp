@@ -133,9 +133,10 @@ void AddSlices(CCatalogue& catalogue, std::size_t size)
 template <class String, class View>
 auto Appending(View piece)
 {
-    return [ =, to = String("") ]() mutable -> auto&
+    constexpr unsigned long Room = 4096; // from the beginning, and never more
+    return [ =, to = String(Room, ' ') ]() mutable -> auto&
     {
-        if (to.size() > 4096)
+        if (to.size() + 16 > Room)
             to.clear();
         return to += piece;
     };
