@@ -22,6 +22,8 @@
 #include <fstream>
 #include <thread>
 
+#include <time.h>
+
 namespace fs = std::filesystem;
 
 namespace
@@ -85,6 +87,15 @@ void GrowItems(CReport& report, std::size_t count)
     report.Add("ToUpper, a byte", size, Median([&] { ToUpper(fields); }) / (10 * items), "ns");
 }
 
+// Of this process, the kernel's work for it included.
+double ProcessorNanoseconds()
+{
+    timespec time{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) * 1e9 + static_cast<double>(time.tv_nsec);
+}
+
+// In time of the processor: that of the disk is not the library's.
 void GrowFiles(CReport& report, CFolder const& folder, std::uintmax_t size)
 {
     std::string const from = folder.File("source.bin");
@@ -92,11 +103,13 @@ void GrowFiles(CReport& report, CFolder const& folder, std::uintmax_t size)
     std::ofstream(from).close();
     fs::resize_file(from, size); // sparse: all the work is in the copy
     double const mebibytes = static_cast<double>(size) / 1024 / 1024;
-    double const time = Nanoseconds([&] { TqCopyFile(from, to, ECopyFailType::Throw); });
+    double const before = ProcessorNanoseconds();
+    TqCopyFile(from, to, ECopyFailType::Throw);
+    double const time = ProcessorNanoseconds() - before;
     if (fs::file_size(to) != size)
         std::abort();
     fs::remove(to);
-    report.Add("TqCopyFile, a MiB", SizeName(size), time / 1000 / mebibytes, "us");
+    report.Add("TqCopyFile, a MiB", SizeName(size), time / 1000 / mebibytes, "us of processor");
 }
 
 // Operations per microsecond of all threads together.
