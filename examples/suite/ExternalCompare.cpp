@@ -2,6 +2,36 @@
 
 #include <BaseUtilities/oss_system.h>
 
+#include <chrono>
+#include <csignal>
+#include <thread>
+
+namespace
+{
+bool InterruptWaits()
+{
+    sigset_t pending;
+    return sigpending(&pending) == 0
+           && (sigismember(&pending, SIGINT) == 1 || sigismember(&pending, SIGQUIT) == 1);
+}
+
+// While a command runs, the process ignores SIGINT and SIGQUIT. That would discard one that has
+// come and waits for the thread that is to take it.
+void LetInterruptsBeTaken()
+{
+    using Clock = std::chrono::steady_clock;
+    auto const end = Clock::now() + std::chrono::seconds(1); // nobody need ever take it
+    while (InterruptWaits() && Clock::now() < end)
+        std::this_thread::yield();
+}
+
+bool Succeeds(CSafeString const& arguments)
+{
+    LetInterruptsBeTaken();
+    return oss_system("cmp", arguments, "");
+}
+} // namespace
+
 CSafeString ShellQuoted(basic_sv_wrapper<char> const& argument)
 {
     CSafeString quoted("'");
@@ -19,5 +49,5 @@ bool ComparesEqual(std::filesystem::path const& one, std::filesystem::path const
     CSafeString const files = ShellQuoted(one.native()) + ' ' + ShellQuoted(other.native());
     // An interrupted command says nothing about the files, so a failure is asked about twice.
     CSafeString const arguments = "-s -- " + files;
-    return oss_system("cmp", arguments, "") || oss_system("cmp", arguments, "");
+    return Succeeds(arguments) || Succeeds(arguments);
 }
