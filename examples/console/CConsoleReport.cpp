@@ -13,7 +13,6 @@
 namespace
 {
 constexpr std::chrono::milliseconds barPeriod(50);
-constexpr std::size_t widestLine = 100;
 constexpr std::size_t narrowest = 32; // that has room for sizes
 constexpr std::size_t detailIndent = 8;
 constexpr std::size_t failuresListed = 20;
@@ -35,12 +34,6 @@ std::string Blanks(std::size_t count)
     std::string blanks;
     blanks.append(count, ' ');
     return blanks;
-}
-
-// Without a terminal, lines are as long as on one of 80 columns.
-std::size_t LineWidth(CTerminal const& terminal)
-{
-    return terminal.m_Live ? std::min(CTerminal::Width(), widestLine) : 80;
 }
 } // namespace
 
@@ -133,17 +126,19 @@ void CConsoleReport::SuiteFinished(CSuiteSummary const& summary)
         WriteText(EColour::Red, Printable(summary.m_Problem.get()));
     CFormatInfo const format = VerdictFormat(summary.m_Verdict);
     if (summary.m_Verdict == TEST_STATUS_PASSED)
-        WriteLine(Painted(format, "PASSED"));
+        WriteLine(m_Terminal.Painted(format, "PASSED"));
     else if (summary.m_Verdict == TEST_STATUS_ABORTED)
-        WriteLine(Painted(format, "ABORTED"));
+        WriteLine(m_Terminal.Painted(format, "ABORTED"));
     else
-        WriteLine(Painted(format, "FAILED"));
+        WriteLine(m_Terminal.Painted(format, "FAILED"));
     Flush();
 }
 
 void CConsoleReport::Tick()
 {
     Lock const lock(m_Lock);
+    if (m_Held)
+        return;
     if (m_AbortRequested && !m_AbortNotice)
         WriteAbortNotice();
     ShowBarIfDue();
@@ -155,6 +150,23 @@ void CConsoleReport::ShowKeys()
     ClearBar();
     WriteText(EColour::Dim, "Keys: p pauses, r resumes, a or q aborts after the case at hand, "
                             "h shows this; Ctrl-C aborts, and at once the second time.");
+    ShowBar();
+}
+
+bool CConsoleReport::Hold()
+{
+    Lock const lock(m_Lock);
+    m_Held = true;
+    ClearBar();
+    Flush();
+    return m_BlankAbove;
+}
+
+void CConsoleReport::Release()
+{
+    Lock const lock(m_Lock);
+    m_Held = false;
+    m_BlankAbove = true;
     ShowBar();
 }
 
@@ -174,8 +186,8 @@ void CConsoleReport::WriteAbortNotice()
 {
     m_AbortNotice = true;
     ClearBar();
-    WriteLine(
-        Painted(EColour::Yellow, "Ending after the case at hand. Ctrl-C again ends at once."));
+    WriteLine(m_Terminal.Painted(EColour::Yellow,
+                                 "Ending after the case at hand. Ctrl-C again ends at once."));
     ShowBar();
 }
 
@@ -197,7 +209,7 @@ void CConsoleReport::WriteCase(CCase const& finished, CCaseOutcome const& outcom
     if (passedFile && !outcome.m_Detail.empty())
         name += " (" + Printable(outcome.m_Detail.get()) + ")";
 
-    std::size_t const width = LineWidth(m_Terminal);
+    std::size_t const width = m_Terminal.LineWidth();
     bool const sized = passedFile && width >= narrowest;
     std::string const size = sized ? ByteText(outcome.m_Bytes) : std::string();
     std::size_t const taken = detailIndent + (sized ? size.size() + 2 : 0);
@@ -208,7 +220,8 @@ void CConsoleReport::WriteCase(CCase const& finished, CCaseOutcome const& outcom
 
     std::string line = "  " + VerdictText(outcome.m_Verdict) + "  " + name;
     if (sized)
-        line += Blanks((used < room ? room - used : 0) + 2) + Painted(EColour::Dim, size);
+        line +=
+            Blanks((used < room ? room - used : 0) + 2) + m_Terminal.Painted(EColour::Dim, size);
     WriteLine(line);
     if (!passedFile)
         WriteText(EColour::Dim, Printable(outcome.m_Detail.get(), true), detailIndent);
@@ -227,7 +240,7 @@ void CConsoleReport::WriteFailures()
     if (m_Failures.empty())
         return;
     WriteLine("");
-    WriteLine(Painted(EColour::Bold, "What failed"));
+    WriteLine(m_Terminal.Painted(EColour::Bold, "What failed"));
     for (std::string const& name : m_Failures)
         WriteLine("  " + name);
     if (m_Failed > m_Failures.size())
@@ -236,16 +249,18 @@ void CConsoleReport::WriteFailures()
 
 void CConsoleReport::WriteLine(std::string const& line)
 {
-    m_Stream << line << '\n';
+    if (!line.empty() || !m_BlankAbove)
+        m_Stream << line << '\n';
+    m_BlankAbove = false;
 }
 
 // Exact to the letter where nobody watches; otherwise kept within the window.
 void CConsoleReport::WriteText(EColour colour, std::string const& text, std::size_t indent)
 {
-    std::size_t const width = LineWidth(m_Terminal);
+    std::size_t const width = m_Terminal.LineWidth();
     bool const wrapped = m_Terminal.m_Live && width > 2 * indent;
     for (std::string const& line : Wrap(text, wrapped ? width - indent : std::string::npos))
-        WriteLine(Blanks(indent) + Painted(colour, line));
+        WriteLine(Blanks(indent) + m_Terminal.Painted(colour, line));
 }
 
 void CConsoleReport::ShowBarIfDue()
@@ -314,44 +329,10 @@ std::string CConsoleReport::Bar(std::size_t cells) const
     return bar;
 }
 
-std::string CConsoleReport::Painted(EColour colour, std::string const& text) const
-{
-    if (!m_Terminal.m_Colour || colour == EColour::None || text.empty())
-        return text;
-    char const* code = "";
-    switch (colour) {
-    case EColour::None:
-        break;
-    case EColour::Green:
-        code = "32";
-        break;
-    case EColour::Red:
-        code = "31;1";
-        break;
-    case EColour::Yellow:
-        code = "33";
-        break;
-    case EColour::Bold:
-        code = "1";
-        break;
-    case EColour::Dim:
-        code = "2";
-        break;
-    }
-    return std::string("\x1b[") + code + "m" + text + "\x1b[0m";
-}
-
-std::string CConsoleReport::Painted(CFormatInfo const& format, std::string const& text) const
-{
-    if (!m_Terminal.m_Colour)
-        return text;
-    return TerminalCodes(format) + text + "\x1b[0m";
-}
-
 std::string CConsoleReport::VerdictText(TEST_STATUS verdict) const
 {
     CFormatInfo const format = VerdictFormat(verdict);
     if (verdict == TEST_STATUS_PASSED)
-        return Painted(format, "PASS");
-    return Painted(format, verdict == TEST_STATUS_SKIPPED ? "SKIP" : "FAIL");
+        return m_Terminal.Painted(format, "PASS");
+    return m_Terminal.Painted(format, verdict == TEST_STATUS_SKIPPED ? "SKIP" : "FAIL");
 }

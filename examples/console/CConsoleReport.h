@@ -4,8 +4,6 @@
 
 #include <ISuiteObserver.h>
 
-#include <BaseUtilities/CFormatInfo.h>
-
 #include <atomic>
 #include <mutex>
 #include <ostream>
@@ -34,6 +32,11 @@ public:
     void Tick();
     /// Tells which keys there are.
     void ShowKeys();
+    /// Leaves the terminal to a question: no bar and no notice until Release.
+    /// True when a blank line stands above, as at the end of the last question.
+    bool Hold();
+    /// To be called after a blank line.
+    void Release();
     /// Has the next Tick say that the suite is about to end early. Never waits
     /// for the stream.
     void AbortRequested() { m_AbortRequested = true; }
@@ -44,7 +47,6 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
     using Lock = std::lock_guard<std::mutex>;
-    enum class EColour { None, Green, Red, Yellow, Bold, Dim };
 
     void SetWorkFolder(std::string const& folder);
 
@@ -62,8 +64,6 @@ private:
     void Flush();
     std::string BarText(std::size_t width) const;
     std::string Bar(std::size_t cells) const;
-    std::string Painted(EColour colour, std::string const& text) const;
-    std::string Painted(CFormatInfo const& format, std::string const& text) const;
     std::string VerdictText(TEST_STATUS verdict) const;
 
     std::ostream& m_Stream;
@@ -75,6 +75,8 @@ private:
     std::string m_WorkFolder;
 
     std::mutex m_Lock; // of all below and of the stream; taken before the other one
+    bool m_Held = false;
+    bool m_BlankAbove = false; // left by a question
     bool m_AbortNotice = false;
     unsigned long m_CaseCount = 0;
     unsigned long m_Done = 0;

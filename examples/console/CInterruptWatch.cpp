@@ -1,99 +1,100 @@
 #include "CInterruptWatch.h"
 
-#include <fcntl.h>
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <sys/signalfd.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
-#include <csignal>
 #include <system_error>
 #include <utility>
 
 namespace
 {
-constexpr std::array<int, 3> watched = {SIGINT, SIGTERM, SIGHUP};
-
-// Read end and write end. A signal handler reaches nothing but statics.
-std::array<int, 2> interruptPipe = {-1, -1};
-std::array<struct sigaction, watched.size()> previousActions;
-
-extern "C" void OnSignal(int number)
+int Checked(int descriptor, char const* what)
 {
-    int const savedError = errno;
-    auto const byte = static_cast<unsigned char>(number);
-    // A full pipe holds more interrupts than anybody acts on.
-    [[maybe_unused]] ssize_t const written = write(interruptPipe[1], &byte, 1);
-    errno = savedError;
+    if (descriptor < 0)
+        throw std::system_error(errno, std::generic_category(), what);
+    return descriptor;
 }
 
-// The signal read, or 0 once the watch is to end.
-int NextSignal()
-{
-    unsigned char byte = 0;
-    while (read(interruptPipe[0], &byte, 1) < 0 && errno == EINTR) {
-    }
-    return byte;
-}
-
-// A signal that the caller has this process ignore, as nohup does, stays ignored.
-void Install(int number, struct sigaction const& action, struct sigaction& previous)
-{
-    sigaction(number, nullptr, &previous);
-    if (previous.sa_handler != SIG_IGN)
-        sigaction(number, &action, nullptr);
-}
-
-void InstallHandlers()
+bool IsIgnored(int number)
 {
     struct sigaction action = {};
-    action.sa_handler = OnSignal;
-    action.sa_flags = SA_RESTART;
-    sigemptyset(&action.sa_mask);
-    for (std::size_t index = 0; index < watched.size(); ++index)
-        Install(watched[index], action, previousActions[index]);
-}
-
-void RestoreHandlers()
-{
-    for (std::size_t index = 0; index < watched.size(); ++index)
-        sigaction(watched[index], &previousActions[index], nullptr);
+    sigaction(number, nullptr, &action);
+    return action.sa_handler == SIG_IGN;
 }
 } // namespace
 
-CInterruptWatch::CInterruptWatch(std::function<void()> onFirst, std::function<void()> onSecond)
-    : m_OnFirst(std::move(onFirst)),
-      m_OnSecond(std::move(onSecond))
+// A signal that is ignored, as SIGINT is while a command runs, is lost only where it is not
+// blocked.
+CHeldInterrupts::CHeldInterrupts() : m_Signals(), m_Former()
 {
-    if (pipe2(interruptPipe.data(), O_CLOEXEC) != 0)
-        throw std::system_error(errno, std::generic_category(), "pipe2");
-    fcntl(interruptPipe[1], F_SETFL, O_NONBLOCK); // the handler must never wait
-    m_Thread = std::thread([this] { Listen(); });
-    InstallHandlers();
+    sigemptyset(&m_Signals);
+    for (int const number : {SIGINT, SIGTERM, SIGHUP, SIGQUIT})
+        if (!IsIgnored(number))
+            sigaddset(&m_Signals, number);
+    pthread_sigmask(SIG_BLOCK, &m_Signals, &m_Former);
+}
+
+CHeldInterrupts::~CHeldInterrupts()
+{
+    pthread_sigmask(SIG_SETMASK, &m_Former, nullptr);
+}
+
+CInterruptWatch::CInterruptWatch(CHeldInterrupts const& held, std::function<void()> onFirst,
+                                 std::function<void()> onLast)
+    : m_OnFirst(std::move(onFirst)),
+      m_OnLast(std::move(onLast)),
+      m_Signals(Checked(signalfd(-1, &held.Signals(), SFD_CLOEXEC), "signalfd")),
+      m_Ending(Checked(eventfd(0, EFD_CLOEXEC), "eventfd")),
+      m_Thread([this] { Listen(); })
+{
 }
 
 CInterruptWatch::~CInterruptWatch()
 {
-    RestoreHandlers();
-    close(interruptPipe[1]); // ends Listen
+    eventfd_write(m_Ending, 1);
     m_Thread.join();
-    close(interruptPipe[0]);
+    close(m_Ending);
+    close(m_Signals);
 }
 
+// Again and again: a command that starts or ends meanwhile changes what the signal does.
 void CInterruptWatch::EndBy(int number)
 {
-    static_cast<void>(std::signal(number, SIG_DFL));
-    kill(getpid(), number);
-    for (;;)
-        pause();
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, number);
+    pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
+    for (;;) {
+        static_cast<void>(std::signal(number, SIG_DFL));
+        kill(getpid(), number);
+    }
+}
+
+// The signal that came, or 0 once the watch is to end.
+int CInterruptWatch::NextSignal() const
+{
+    std::array<pollfd, 2> inputs = {pollfd{m_Signals, POLLIN, 0}, pollfd{m_Ending, POLLIN, 0}};
+    while (poll(inputs.data(), inputs.size(), -1) < 0 && errno == EINTR) {
+    }
+    signalfd_siginfo signal = {};
+    bool const came = (inputs[0].revents & POLLIN) != 0
+                      && read(m_Signals, &signal, sizeof signal) == sizeof signal;
+    return came ? static_cast<int>(signal.ssi_signo) : 0;
 }
 
 void CInterruptWatch::Listen()
 {
-    if (NextSignal() == 0)
-        return;
-    m_OnFirst();
-    if (int const number = NextSignal(); number != 0) {
-        m_OnSecond();
-        EndBy(number);
+    int number = NextSignal();
+    if (number != 0 && number != SIGQUIT) {
+        m_OnFirst();
+        number = NextSignal();
     }
+    if (number == 0)
+        return;
+    m_OnLast();
+    EndBy(number);
 }

@@ -3,19 +3,41 @@
 #include <functional>
 #include <thread>
 
-/// Hands the operator's interrupts (SIGINT, SIGTERM, SIGHUP) to a normal thread.
-/// At the second one the process ends by that signal.
+#include <csignal>
+
+/// The operator's interrupts (SIGINT, SIGTERM, SIGHUP, SIGQUIT) kept waiting for
+/// CInterruptWatch, also while the process ignores them because a command runs.
 ///
-/// Threads: one object at a time; `onFirst` and `onSecond` are called on a
-/// thread of this object's own.
+/// Threads: made before any other thread, which it is to hold for.
+class CHeldInterrupts
+{
+public:
+    CHeldInterrupts();
+    CHeldInterrupts(CHeldInterrupts const&) = delete;
+    CHeldInterrupts& operator=(CHeldInterrupts const&) = delete;
+    /// The signals mean again what they did before.
+    ~CHeldInterrupts();
+
+    /// Without those that the caller has this process ignore, as nohup does.
+    sigset_t const& Signals() const { return m_Signals; }
+
+private:
+    sigset_t m_Signals;
+    sigset_t m_Former;
+};
+
+/// Hands held interrupts to a normal thread. At the second one, and at SIGQUIT,
+/// the process ends by that signal.
+///
+/// Threads: `onFirst` and `onLast` are called on a thread of this object's own.
 class CInterruptWatch
 {
 public:
     /// Throws std::system_error.
-    CInterruptWatch(std::function<void()> onFirst, std::function<void()> onSecond);
+    CInterruptWatch(CHeldInterrupts const& held, std::function<void()> onFirst,
+                    std::function<void()> onLast);
     CInterruptWatch(CInterruptWatch const&) = delete;
     CInterruptWatch& operator=(CInterruptWatch const&) = delete;
-    /// The signals mean again what they did before.
     ~CInterruptWatch();
 
     /// Ends the process by that signal, so that the caller sees how it ended.
@@ -23,8 +45,11 @@ public:
 
 private:
     void Listen();
+    int NextSignal() const;
 
     std::function<void()> m_OnFirst;
-    std::function<void()> m_OnSecond;
+    std::function<void()> m_OnLast;
+    int m_Signals = -1;
+    int m_Ending = -1;
     std::thread m_Thread;
 };

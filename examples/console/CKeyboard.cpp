@@ -2,41 +2,69 @@
 
 #include <BaseUtilities/ConsoleKeyboard.h>
 
+#include <poll.h>
 #include <termios.h>
 #include <unistd.h>
 
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <string>
+#include <string_view>
 
 namespace
 {
-constexpr std::array<int, 6> deadly = {SIGQUIT, SIGABRT, SIGSEGV, SIGBUS, SIGFPE, SIGILL};
-constexpr int escape = 27;
+// All that end a process unless it says otherwise, but for those that the
+// program takes as interrupts and those that nobody can catch.
+constexpr std::array<int, 14> deadly = {SIGABRT, SIGSEGV, SIGBUS,  SIGFPE,   SIGILL,
+                                        SIGTRAP, SIGSYS,  SIGXCPU, SIGXFSZ,  SIGALRM,
+                                        SIGPROF, SIGUSR1, SIGUSR2, SIGVTALRM};
+
+// The bytes of one key follow each other faster than anybody types, even from afar.
+constexpr std::chrono::milliseconds sequencePause(50);
 
 // A signal handler reaches nothing but statics.
 termios keptMode;
 termios keyMode;
+std::atomic<bool> modeApplied = false;
+static_assert(std::atomic<bool>::is_always_lock_free);
+
+// Lest the end of a read put the keys' mode back after Restore.
+std::mutex readLock;
+bool restored = false;
 
 void Apply(termios const& mode)
 {
     tcsetattr(STDIN_FILENO, TCSANOW, &mode);
 }
 
-extern "C" void OnDeadlySignal(int number)
+// In the background the terminal is somebody else's: a change would stop this process.
+void PutBack()
 {
-    Apply(keptMode);
-    raise(number); // at its default again
+    if (modeApplied.exchange(false))
+        Apply(keptMode);
 }
 
-extern "C" void OnStop(int)
+extern "C" void OnDeadlySignal(int number)
+{
+    PutBack();
+    static_cast<void>(raise(number)); // at its default again
+}
+
+extern "C" void OnStop(int /*number*/)
 {
     int const savedError = errno;
-    Apply(keptMode);
+    PutBack();
     kill(getpid(), SIGSTOP);
-    Apply(keyMode); // continued
     errno = savedError;
+}
+
+// The shell may have had the terminal meanwhile.
+extern "C" void OnContinue(int /*number*/)
+{
+    modeApplied = false;
 }
 
 void Handle(int number, void (*handler)(int), int flags)
@@ -48,21 +76,87 @@ void Handle(int number, void (*handler)(int), int flags)
     sigaction(number, &action, nullptr);
 }
 
-bool OwnsTerminal()
+void HandleUnlessIgnored(int number, void (*handler)(int), int flags)
 {
-    return isatty(STDIN_FILENO) == 1 && tcgetpgrp(STDIN_FILENO) == getpgrp()
-           && tcgetattr(STDIN_FILENO, &keptMode) == 0;
+    struct sigaction action = {};
+    sigaction(number, nullptr, &action);
+    if (action.sa_handler != SIG_IGN)
+        Handle(number, handler, flags);
 }
 
-// The rest of a sequence such as that of an arrow key, up to its final byte.
-void SkipSequence()
+bool InForeground()
 {
-    std::optional<int> next = oss_query_getch();
-    if (!next || (*next != '[' && *next != 'O'))
-        return;
-    do
-        next = oss_query_getch();
-    while (next && (*next < '@' || *next > '~'));
+    return tcgetpgrp(STDIN_FILENO) == getpgrp();
+}
+
+bool OwnsTerminal()
+{
+    return isatty(STDIN_FILENO) == 1 && InForeground() && tcgetattr(STDIN_FILENO, &keptMode) == 0;
+}
+
+bool ReadyForKeys()
+{
+    std::lock_guard<std::mutex> const lock(readLock);
+    if (restored)
+        return false;
+    if (!InForeground()) {
+        modeApplied = false;
+        return false;
+    }
+    if (!modeApplied.exchange(true))
+        Apply(keyMode);
+    return true;
+}
+
+bool HasInput(std::chrono::milliseconds time)
+{
+    pollfd input = {STDIN_FILENO, POLLIN, 0};
+    return poll(&input, 1, static_cast<int>(time.count())) > 0;
+}
+
+std::optional<int> NextByte(std::chrono::milliseconds time)
+{
+    if (!HasInput(time))
+        return std::nullopt;
+    std::lock_guard<std::mutex> const lock(readLock);
+    if (restored)
+        return std::nullopt;
+    // Something to be read, and yet no byte of it.
+    return oss_query_getch().value_or(CKeyboard::EndOfInput);
+}
+
+std::optional<int> NamedKey(std::string const& parameters, char final)
+{
+    constexpr std::string_view finals = "ABCDHF";
+    constexpr std::array<int, finals.size()> keys = {CKeyboard::Up,    CKeyboard::Down,
+                                                     CKeyboard::Right, CKeyboard::Left,
+                                                     CKeyboard::Home,  CKeyboard::End};
+    if (std::size_t const at = finals.find(final); at != std::string_view::npos)
+        return keys[at];
+    if (final != '~')
+        return std::nullopt;
+    if (parameters == "1" || parameters == "7")
+        return CKeyboard::Home;
+    if (parameters == "4" || parameters == "8")
+        return CKeyboard::End;
+    return parameters == "3" ? std::optional<int>(CKeyboard::Delete) : std::nullopt;
+}
+
+// What an escape character begins: the key alone, or a whole sequence up to its final byte.
+std::optional<int> KeyAfterEscape()
+{
+    std::optional<int> next = NextByte(sequencePause);
+    if (!next || *next == CKeyboard::Escape)
+        return CKeyboard::Escape;
+    if (*next != '[' && *next != 'O')
+        return std::nullopt; // a character with Alt
+    std::string parameters;
+    while ((next = NextByte(sequencePause)) && *next != CKeyboard::EndOfInput) {
+        if (*next >= '@' && *next <= '~')
+            return NamedKey(parameters, static_cast<char>(*next));
+        parameters += static_cast<char>(*next);
+    }
+    return std::nullopt;
 }
 } // namespace
 
@@ -72,12 +166,17 @@ CKeyboard::CKeyboard()
         return;
     m_Live = true;
     keyMode = keptMode;
-    keyMode.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO | ISIG);
+    keyMode.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO | ISIG | IEXTEN);
+    keyMode.c_cc[VMIN] = 1;
+    keyMode.c_cc[VTIME] = 0;
     // Keys that wait in the stream's buffer would be hidden from the poll.
     static_cast<void>(std::setvbuf(stdin, nullptr, _IONBF, 0));
     for (int const number : deadly)
-        Handle(number, OnDeadlySignal, static_cast<int>(SA_RESETHAND));
-    Handle(SIGTSTP, OnStop, SA_RESTART);
+        HandleUnlessIgnored(number, OnDeadlySignal, static_cast<int>(SA_RESETHAND));
+    HandleUnlessIgnored(SIGTSTP, OnStop, SA_RESTART);
+    Handle(SIGCONT, OnContinue, SA_RESTART);
+    restored = false;
+    modeApplied = true;
     Apply(keyMode);
 }
 
@@ -88,13 +187,22 @@ CKeyboard::~CKeyboard()
 
 std::optional<int> CKeyboard::Poll()
 {
-    if (!m_Live)
+    return Wait(std::chrono::milliseconds(0));
+}
+
+std::optional<int> CKeyboard::Wait(std::chrono::milliseconds time)
+{
+    if (!Live())
         return std::nullopt;
-    std::optional<int> key = oss_query_getch();
-    while (key == escape) {
-        SkipSequence();
-        key = oss_query_getch();
+    if (!ReadyForKeys()) {
+        poll(nullptr, 0, static_cast<int>(time.count()));
+        return std::nullopt;
     }
+    std::optional<int> key = NextByte(time);
+    for (; key == Escape; key = NextByte(std::chrono::milliseconds(0)))
+        if (std::optional<int> const named = KeyAfterEscape())
+            return named;
+    m_Ended = key == EndOfInput;
     return key;
 }
 
@@ -103,12 +211,15 @@ void CKeyboard::Suspend()
     kill(0, SIGTSTP); // the whole job, a running command included
 }
 
-void CKeyboard::Restore()
+void CKeyboard::Restore() const
 {
     if (!m_Live)
         return;
-    Apply(keptMode);
-    Handle(SIGTSTP, SIG_DFL, 0);
+    std::lock_guard<std::mutex> const lock(readLock);
+    restored = true;
+    PutBack();
     for (int const number : deadly)
-        Handle(number, SIG_DFL, 0);
+        HandleUnlessIgnored(number, SIG_DFL, 0);
+    HandleUnlessIgnored(SIGTSTP, SIG_DFL, 0);
+    Handle(SIGCONT, SIG_DFL, 0);
 }

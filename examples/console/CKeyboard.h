@@ -1,5 +1,8 @@
 #pragma once
 
+#include <atomic>
+#include <chrono>
+#include <mutex>
 #include <optional>
 
 /// The operator's keys while the suite runs: one by one, without echo and
@@ -10,22 +13,44 @@
 /// foreground. The terminal is as it was before once this object is gone, when
 /// a signal ends or stops the process, and while it is stopped.
 ///
-/// Threads: one object at a time, polled by one thread; Restore on any.
+/// Threads: one object at a time; Poll and Wait by who holds Turn, the rest on any.
 class CKeyboard
 {
 public:
+    /// Keys beside the bytes of characters and control characters.
+    enum EKey : int {
+        EndOfInput = -1, ///< the terminal is gone; comes once
+        Enter = '\n',
+        Escape = 27,
+        Up = 0x100,
+        Down,
+        Right,
+        Left,
+        Home,
+        End,
+        Delete
+    };
+
     CKeyboard();
     CKeyboard(CKeyboard const&) = delete;
     CKeyboard& operator=(CKeyboard const&) = delete;
     ~CKeyboard();
 
-    /// A key that waits; arrow keys and their like are passed over.
+    /// Whether keys can come at all.
+    bool Live() const { return m_Live && !m_Ended; }
+    /// Held by whoever the keys are for.
+    std::mutex& Turn() { return m_Turn; }
+    /// A key that waits. One with a longer sequence and no name here is passed over.
     std::optional<int> Poll();
+    /// The next key, if it comes within that time.
+    std::optional<int> Wait(std::chrono::milliseconds time);
     /// Stops the process as Ctrl-Z does; returns once it is continued.
     void Suspend();
     /// Puts the terminal back, for a process that is about to end.
-    void Restore();
+    void Restore() const;
 
 private:
+    std::mutex m_Turn;
     bool m_Live = false;
+    std::atomic<bool> m_Ended = false;
 };

@@ -10,6 +10,8 @@ bool ApplySwitch(CConsoleOptions& options, std::string_view argument)
         options.m_Help = true;
     else if (argument == "--version")
         options.m_Version = true;
+    else if (argument == "--ask" || argument == "-a")
+        options.m_Suite.m_Asks = true;
     else if (argument == "--quiet" || argument == "-q")
         options.m_Quiet = true;
     else if (argument == "--no-colour" || argument == "--no-color")
@@ -57,6 +59,8 @@ std::string HelpText()
              "that file copy refuses what it must. Nothing is written outside of a temporary\n"
              "work folder, which is removed at the end.\n"
              "\n"
+             "  -a, --ask      ask which folders and how many files to check, whether to go on\n"
+             "                 after a failure, and where to save the report\n"
              "  -q, --quiet    list only what did not pass\n"
              "  --no-colour    no colours; the same as a NO_COLOR that is set and not empty\n"
              "  --plain        neither colours nor progress bar, as when not on a terminal\n"
@@ -65,6 +69,14 @@ std::string HelpText()
              "\n"
              "Keys on a terminal: p pauses, r resumes, a or q aborts after the case at hand,\n"
              "h lists the keys. Ctrl-C aborts after the case at hand, a second Ctrl-C at once.\n"
+             "\n"
+             "In a question: Enter accepts, Esc rejects, Ctrl-X aborts the suite where that is\n"
+             "offered. In a line the arrow keys, Home and End move, Ctrl-U clears, and Up\n"
+             "brings the proposal to be edited. Questions that nobody answers in time, or that\n"
+             "nobody can answer because there is no terminal, are rejected.\n"
+             "\n"
+             "SIGINT, SIGTERM and SIGHUP abort after the case at hand, the second one at once,\n"
+             "also while the system's cmp runs.\n"
              "\n"
              "Exit codes:\n"
              "   0  passed\n"

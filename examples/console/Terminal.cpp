@@ -4,6 +4,8 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <clocale>
 #include <cstdlib>
 #include <string_view>
@@ -31,7 +33,8 @@ CTerminal CTerminal::OfStandardOutput()
 {
     std::string_view const kind = Variable("TERM");
     CTerminal terminal;
-    terminal.m_Live = isatty(STDOUT_FILENO) == 1 && !kind.empty() && kind != "dumb";
+    terminal.m_Watched = isatty(STDOUT_FILENO) == 1;
+    terminal.m_Live = terminal.m_Watched && !kind.empty() && kind != "dumb";
     terminal.m_Colour = terminal.m_Live && Variable("NO_COLOR").empty();
     terminal.m_Utf8 = LocaleIsUtf8();
     return terminal;
@@ -43,6 +46,26 @@ std::size_t CTerminal::Width()
     if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0)
         return 80;
     return size.ws_col;
+}
+
+// Without a terminal, lines are as long as on one of 80 columns.
+std::size_t CTerminal::LineWidth() const
+{
+    constexpr std::size_t widestLine = 100;
+    return m_Live ? std::min(Width(), widestLine) : 80;
+}
+
+std::string CTerminal::Painted(EColour colour, std::string const& text) const
+{
+    constexpr std::array<char const*, 6> codes = {"", "32", "31;1", "33", "1", "2"};
+    if (!m_Colour || colour == EColour::None || text.empty())
+        return text;
+    return std::string("\x1b[") + codes[static_cast<std::size_t>(colour)] + "m" + text + "\x1b[0m";
+}
+
+std::string CTerminal::Painted(CFormatInfo const& format, std::string const& text) const
+{
+    return m_Colour ? TerminalCodes(format) + text + "\x1b[0m" : text;
 }
 
 std::string TerminalCodes(CFormatInfo const& format)

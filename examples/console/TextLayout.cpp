@@ -153,6 +153,20 @@ std::string ElideStart(std::string_view text, std::size_t width, std::string_vie
     return std::string(mark) + std::string(text);
 }
 
+std::string CutEnd(std::string_view text, std::size_t width)
+{
+    std::size_t used = 0;
+    std::size_t columns = 0;
+    while (used < text.size()) {
+        CCharacter const next = FirstCharacter(text.substr(used));
+        columns += CharacterWidth(next.m_Code);
+        if (columns > width)
+            break;
+        used += next.m_Length;
+    }
+    return std::string(text.substr(0, used));
+}
+
 std::vector<std::string> Wrap(std::string_view text, std::size_t width)
 {
     std::vector<std::string> lines;

@@ -18,6 +18,9 @@ std::size_t DisplayWidth(std::string_view text);
 /// The text cut at its start to at most `width` columns, `mark` showing the cut.
 std::string ElideStart(std::string_view text, std::size_t width, std::string_view mark);
 
+/// As much of the text's start as fits into `width` columns.
+std::string CutEnd(std::string_view text, std::size_t width);
+
 /// The text in lines of at most `width` columns, broken at line feeds, blanks
 /// and, within longer words, anywhere.
 std::vector<std::string> Wrap(std::string_view text, std::size_t width);

@@ -1,5 +1,6 @@
 // The console front end of the suite "file fidelity".
 
+#include "CConsoleDialogues.h"
 #include "CConsoleReport.h"
 #include "CInterruptWatch.h"
 #include "CKeyboard.h"
@@ -8,6 +9,7 @@
 #include "TextLayout.h"
 
 #include <BaseUtilities/TQException.h>
+#include <BaseUtilities/UIHelperBase.h>
 
 #include <csignal>
 #include <exception>
@@ -55,32 +57,61 @@ void RemoveAtOnce(std::string const& workFolder)
     }
 }
 
-// A running suite and the keys that steer it.
+// The signaler through which the suite asks.
+class CRegisteredSignaler
+{
+public:
+    explicit CRegisteredSignaler(CConsoleDialogues& dialogues)
+    {
+        dialogues.ConnectTo(m_Signaler);
+        UIHelperBase::QtSignaler(m_Signaler);
+    }
+    CRegisteredSignaler(CRegisteredSignaler const&) = delete;
+    CRegisteredSignaler& operator=(CRegisteredSignaler const&) = delete;
+    ~CRegisteredSignaler() { UIHelperBase::m_UISignaler = nullptr; }
+
+private:
+    CQtSignaler m_Signaler;
+};
+
+// A running suite, the keys that steer it and the dialogues that answer it.
 class CConsoleRun
 {
 public:
-    explicit CConsoleRun(CConsoleOptions const& options)
-        : m_Report(std::cout, TerminalFor(options), options.m_Quiet),
-          m_Runner(options.m_Suite, m_Report)
-    {
-    }
+    explicit CConsoleRun(CConsoleOptions const& options);
     EExitCode Execute();
 
 private:
     void HandleKeys();
+    void HandleKey(int key);
     void Interrupt();
     void Abort();
     void PrepareToEndAtOnce();
 
+    CHeldInterrupts const m_Held; // before the first thread starts
     CConsoleReport m_Report;
     CKeyboard m_Keyboard;
-    CSuiteRunner m_Runner;
+    CPrompter m_Prompter;
+    CConsoleDialogues m_Dialogues;
+    CRegisteredSignaler const m_Signaler;
     bool m_Interrupted = false;
+    CSuiteRunner m_Runner; // last: it may ask at once
 };
+
+CConsoleRun::CConsoleRun(CConsoleOptions const& options)
+    : m_Report(std::cout, TerminalFor(options), options.m_Quiet),
+      m_Prompter(std::cout, TerminalFor(options), m_Report, m_Keyboard,
+                 [this](int key) { HandleKey(key); }),
+      m_Dialogues(m_Prompter, m_Report),
+      m_Signaler(m_Dialogues),
+      m_Runner(options.m_Suite, m_Report)
+{
+}
 
 EExitCode CConsoleRun::Execute()
 {
-    CInterruptWatch const watch([this] { Abort(); }, [this] { PrepareToEndAtOnce(); });
+    CInterruptWatch const watch(
+        m_Held, [this] { Abort(); }, [this] { PrepareToEndAtOnce(); });
     while (!m_Runner.WaitFor(std::chrono::milliseconds(50))) {
         m_Report.Tick();
         HandleKeys();
@@ -90,38 +121,46 @@ EExitCode CConsoleRun::Execute()
 
 void CConsoleRun::HandleKeys()
 {
+    std::unique_lock<std::mutex> const turn(m_Keyboard.Turn(), std::try_to_lock);
+    if (!turn) // a question has the keys
+        return;
+    while (std::optional<int> const key = m_Keyboard.Poll())
+        HandleKey(*key);
+}
+
+// In the turn of whoever has read the key.
+void CConsoleRun::HandleKey(int key)
+{
     constexpr int ctrlC = 3;
     constexpr int ctrlZ = 26;
     constexpr int ctrlBackslash = 28;
 
-    while (std::optional<int> const key = m_Keyboard.Poll()) {
-        switch (*key) {
-        case 'p':
-            m_Runner.Pause();
-            break;
-        case 'r':
-            m_Runner.Resume();
-            break;
-        case 'a':
-        case 'q':
-            Abort();
-            break;
-        case 'h':
-        case '?':
-            m_Report.ShowKeys();
-            break;
-        case ctrlC:
-            Interrupt();
-            break;
-        case ctrlZ:
-            m_Keyboard.Suspend();
-            break;
-        case ctrlBackslash:
-            PrepareToEndAtOnce();
-            CInterruptWatch::EndBy(SIGQUIT);
-        default:
-            break;
-        }
+    switch (key) {
+    case 'p':
+        m_Runner.Pause();
+        break;
+    case 'r':
+        m_Runner.Resume();
+        break;
+    case 'a':
+    case 'q':
+        Abort();
+        break;
+    case 'h':
+    case '?':
+        m_Report.ShowKeys();
+        break;
+    case ctrlC:
+        Interrupt();
+        break;
+    case ctrlZ:
+        m_Keyboard.Suspend();
+        break;
+    case ctrlBackslash:
+        PrepareToEndAtOnce();
+        CInterruptWatch::EndBy(SIGQUIT);
+    default:
+        break;
     }
 }
 

@@ -49,5 +49,6 @@ bool ComparesEqual(std::filesystem::path const& one, std::filesystem::path const
     CSafeString const files = ShellQuoted(one.native()) + ' ' + ShellQuoted(other.native());
     // An interrupted command says nothing about the files, so a failure is asked about twice.
     CSafeString const arguments = "-s -- " + files;
-    return Succeeds(arguments) || Succeeds(arguments);
+    bool const equal = Succeeds(arguments);
+    return equal || Succeeds(arguments);
 }

@@ -128,6 +128,16 @@ bool CChildProcess::ReadUntil(std::string const& text)
     return true;
 }
 
+bool CChildProcess::ReadNext(std::string const& text)
+{
+    std::size_t at = m_Text.find(text, m_Next);
+    for (; at == std::string::npos; at = m_Text.find(text, m_Next))
+        if (!ReadMore())
+            return false;
+    m_Next = at + text.size();
+    return true;
+}
+
 std::string const& CChildProcess::ReadAll()
 {
     while (ReadMore()) {
@@ -175,6 +185,21 @@ bool CChildProcess::TerminalIsOrdinary() const
     constexpr tcflag_t ordinary = ICANON | ECHO | ISIG;
     termios mode = {};
     return tcgetattr(m_Output, &mode) == 0 && (mode.c_lflag & ordinary) == ordinary;
+}
+
+void CChildProcess::AwaitKeys() const
+{
+    while (TerminalIsOrdinary())
+        std::this_thread::yield();
+}
+
+void CChildProcess::AwaitStop() const
+{
+    int status = 0;
+    if (waitpid(m_Process, &status, WUNTRACED) < 0)
+        Fail("waitpid");
+    if (!WIFSTOPPED(status))
+        throw std::runtime_error("The program has ended; it has written:\n" + m_Text);
 }
 
 int CChildProcess::Wait()

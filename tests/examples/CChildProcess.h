@@ -35,6 +35,8 @@ public:
 
     /// Reads until `text` has appeared; false when the output ended before.
     bool ReadUntil(std::string const& text);
+    /// The same, but for what the last call of this kind has not read yet.
+    bool ReadNext(std::string const& text);
     /// Reads to the end of the output and returns all of it.
     std::string const& ReadAll();
     /// Waits until the program is stuck in its output because nobody reads on.
@@ -48,6 +50,10 @@ public:
     void Type(std::string const& keys) const;
     /// Whether the program's terminal is as terminals are: by lines, with echo and signals.
     bool TerminalIsOrdinary() const;
+    /// Waits until the program has taken the terminal to read single keys.
+    void AwaitKeys() const;
+    /// Waits until the program is stopped.
+    void AwaitStop() const;
     /// The exit code, or the negative number of the signal that ended the program.
     int Wait();
 
@@ -57,4 +63,5 @@ private:
     pid_t m_Process = -1;
     int m_Output = -1;
     std::string m_Text;
+    std::size_t m_Next = 0; // where ReadNext goes on
 };

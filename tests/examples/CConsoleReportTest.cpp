@@ -7,6 +7,7 @@
 
 using testing::HasSubstr;
 using testing::Not;
+using testing::StartsWith;
 
 namespace
 {
@@ -257,6 +258,36 @@ TEST(ConsoleReport, SaysOnceThatAnAbortIsUnderWay)
     EXPECT_EQ(shown.Take(), "Ending after the case at hand. Ctrl-C again ends at once.\n");
     shown.Report().Tick();
     EXPECT_EQ(shown.Take(), "");
+}
+
+TEST(ConsoleReport, LeavesTheTerminalToAQuestionAndDrawsTheBarAgainAfterwards)
+{
+    CShown shown(Live());
+    shown.Start(1);
+    shown.Report().CaseStarted({ECaseGroup::Files, "a"});
+    shown.Take();
+    EXPECT_FALSE(shown.Report().Hold());
+    EXPECT_EQ(shown.Take(), '\r' + std::string(37, ' ') + '\r');
+    shown.Report().AbortRequested();
+    shown.Report().Tick();
+    EXPECT_EQ(shown.Take(), "");
+    shown.Report().Release();
+    EXPECT_EQ(shown.Take(), '\r' + std::string(30, '-') + " 0/1  a\r");
+    shown.Report().Tick();
+    EXPECT_THAT(shown.Take(), HasSubstr("Ending after the case at hand."));
+}
+
+TEST(ConsoleReport, WritesNoSecondBlankLineAfterAQuestion)
+{
+    CShown shown;
+    shown.Start(1);
+    shown.Report().Hold();
+    shown.Report().Release();
+    EXPECT_TRUE(shown.Report().Hold()) << "for the next question";
+    shown.Report().Release();
+    shown.Report().CaseFinished({ECaseGroup::Refusals, "a"}, {TEST_STATUS_PASSED, "", 0});
+    EXPECT_THAT(shown.Take(), StartsWith("Copies that must be refused\n"));
+    EXPECT_FALSE(shown.Report().Hold());
 }
 
 TEST(ConsoleReport, KnowsTheWorkFolderWhileThereIsOne)

@@ -16,6 +16,7 @@ TEST(ConsoleOptions, AreAllOffWithoutArguments)
     CConsoleOptions const options = Parse({});
     EXPECT_EQ(options.m_Suite.m_Folder, "/usr/share/common-licenses");
     EXPECT_TRUE(options.m_Colour);
+    EXPECT_FALSE(options.m_Suite.m_Asks);
     EXPECT_FALSE(options.m_Help || options.m_Version || options.m_Quiet || options.m_Plain);
 }
 
@@ -24,6 +25,8 @@ TEST(ConsoleOptions, EachSwitchSetsWhatItsNameSays)
     EXPECT_TRUE(Parse({"--help"}).m_Help);
     EXPECT_TRUE(Parse({"-h"}).m_Help);
     EXPECT_TRUE(Parse({"--version"}).m_Version);
+    EXPECT_TRUE(Parse({"--ask"}).m_Suite.m_Asks);
+    EXPECT_TRUE(Parse({"-a"}).m_Suite.m_Asks);
     EXPECT_TRUE(Parse({"--quiet"}).m_Quiet);
     EXPECT_TRUE(Parse({"-q"}).m_Quiet);
     EXPECT_TRUE(Parse({"--plain"}).m_Plain);

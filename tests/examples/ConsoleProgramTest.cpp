@@ -5,6 +5,8 @@
 
 #include <gmock/gmock.h>
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <csignal>
 #include <cstring>
@@ -176,9 +178,9 @@ TEST_F(CConsoleProgram, ExitsWith1AfterAFailure)
 
 TEST_F(CConsoleProgram, ExitsWith2AfterAnInterrupt)
 {
+    AddManyFiles();
     for (int const number : {SIGTERM, SIGHUP}) {
         SCOPED_TRACE(strsignal(number));
-        AddManyFiles();
         CChildProcess program(m_Launch);
         ASSERT_TRUE(program.ReadUntil("PASS"));
         program.Signal(number);
@@ -225,36 +227,175 @@ TEST_F(CConsoleProgram, LeavesTheTerminalAsItWasHoweverItEnds)
         int m_Signal;
         int m_Ending;
     };
-    AddManyFiles();
+    m_Launch.m_Command.emplace_back("--ask");
     m_Launch.m_Output = CLaunch::EOutput::Terminal;
     for (CRow const& row :
-         {CRow{"Ctrl-C twice", "\x03\x03", 0, -SIGINT}, CRow{"Ctrl-backslash", "\x1c", 0, -SIGQUIT},
-          CRow{"terminated", "", SIGTERM, 2}, CRow{"hung up", "", SIGHUP, 2}}) {
+         {CRow{"Ctrl-C", "\x03", 0, 2}, CRow{"Ctrl-backslash", "\x1c", 0, -SIGQUIT},
+          CRow{"interrupted", "", SIGINT, 2}, CRow{"terminated", "", SIGTERM, 2},
+          CRow{"hung up", "", SIGHUP, 2}, CRow{"quit", "", SIGQUIT, -SIGQUIT},
+          CRow{"aborted", "", SIGABRT, -SIGABRT}, CRow{"an alarm", "", SIGALRM, -SIGALRM},
+          CRow{"a signal of the user's", "", SIGUSR1, -SIGUSR1}}) {
         SCOPED_TRACE(row.m_Name);
         CChildProcess program(m_Launch);
-        ASSERT_TRUE(program.ReadUntil("PASS"));
+        ASSERT_TRUE(program.ReadUntil("\r  > "));
+        EXPECT_FALSE(program.TerminalIsOrdinary());
         program.Type(row.m_Keys);
         if (row.m_Signal != 0)
             program.Signal(row.m_Signal);
         program.ReadAll();
         EXPECT_EQ(program.Wait(), row.m_Ending);
         EXPECT_TRUE(program.TerminalIsOrdinary());
-        for (fs::directory_entry const& left : fs::directory_iterator(m_Temporary.Path()))
-            fs::remove_all(left.path()); // what a death by signal leaves
     }
+}
+
+TEST_F(CConsoleProgram, LeavesTheTerminalAsItWasWhenToldTwiceToEnd)
+{
+    AddManyFiles();
+    m_Launch.m_Output = CLaunch::EOutput::Terminal;
+    CChildProcess program(m_Launch);
+    ASSERT_TRUE(program.ReadUntil("PASS"));
+    program.Type("\x03\x03");
+    program.ReadAll();
+    EXPECT_EQ(program.Wait(), -SIGINT);
+    EXPECT_TRUE(program.TerminalIsOrdinary());
+    for (fs::directory_entry const& left : fs::directory_iterator(m_Temporary.Path()))
+        fs::remove_all(left.path()); // what a command that still runs may have left
+}
+
+TEST_F(CConsoleProgram, LosesNoInterruptWhileACommandRuns)
+{
+    CTemporaryFolder const commands;
+    std::string const gate = commands / "gate";
+    ASSERT_EQ(mkfifo(gate.c_str(), 0600), 0);
+    WriteFile(commands / "cmp", "#!/bin/sh\necho Comparing\nread line <" + gate + "\n");
+    fs::permissions(commands / "cmp", fs::perms::owner_all);
+    m_Launch.m_Variables["PATH"] = commands.Path().native() + ":/usr/bin:/bin";
+    CChildProcess program(m_Launch);
+    ASSERT_TRUE(program.ReadUntil("Comparing"));
+    program.Signal(SIGINT);
+    WriteFile(gate, "go on\n");
+    EXPECT_THAT(program.ReadAll(), HasSubstr("\nABORTED\n"));
+    EXPECT_EQ(program.Wait(), 2);
+}
+
+TEST_F(CConsoleProgram, IsStoppedByCtrlZAndComesBackWithItsKeys)
+{
+    AddManyFiles();
+    m_Launch.m_Output = CLaunch::EOutput::Terminal;
+    CChildProcess program(m_Launch);
+    ASSERT_TRUE(program.ReadUntil("PASS"));
+    program.Type("\x1a");
+    program.AwaitStop();
+    EXPECT_TRUE(program.TerminalIsOrdinary());
+    program.Signal(SIGCONT);
+    program.AwaitKeys();
+    program.Type("a");
+    EXPECT_THAT(program.ReadAll(), HasSubstr("ABORTED"));
+    EXPECT_EQ(program.Wait(), 2);
+    EXPECT_TRUE(program.TerminalIsOrdinary());
+}
+
+TEST_F(CConsoleProgram, EndsWhenItsTerminalGoesAway)
+{
+    AddManyFiles();
+    m_Launch.m_Output = CLaunch::EOutput::Terminal;
+    for (bool const asks : {false, true}) {
+        SCOPED_TRACE(asks);
+        if (asks)
+            m_Launch.m_Command.emplace_back("--ask");
+        for (int const ignored : {0, SIGHUP}) {
+            SCOPED_TRACE(ignored);
+            m_Launch.m_IgnoredSignal = ignored;
+            CChildProcess program(m_Launch);
+            ASSERT_TRUE(program.ReadUntil(asks ? "\r  > " : "PASS"));
+            program.CloseOutput();
+            EXPECT_THAT(program.Wait(), AnyOf(2, 74));
+        }
+    }
+}
+
+TEST_F(CConsoleProgram, AsksFromBeginningToEnd)
+{
+    for (char const* folder : {"one", "three", "two"}) {
+        fs::create_directory(m_Files / folder);
+        WriteFile(m_Files / folder + "/inside", folder);
+    }
+    WriteFile(m_Files / "b\xE9", "");
+    m_Launch.m_Command.emplace_back("--ask");
+    m_Launch.m_Output = CLaunch::EOutput::Terminal;
+    CTemporaryFolder const reports;
+    CChildProcess program(m_Launch);
+    struct CStep
+    {
+        char const* m_Text;
+        std::string m_Keys;
+    };
+    for (CStep const& step :
+         {CStep{"Which folders?", "2-3\r"}, CStep{"How many files at most?", "4\r"},
+          CStep{"Continue? b\\xE9 failed", "y"},
+          CStep{"Save the report", reports / "saved.txt" + "\r"}}) {
+        SCOPED_TRACE(step.m_Text);
+        ASSERT_TRUE(program.ReadNext(step.m_Text));
+        ASSERT_TRUE(program.ReadNext("\r  > "));
+        program.Type(step.m_Keys);
+    }
+    m_Output = program.ReadAll();
+    EXPECT_EQ(program.Wait(), 1);
+    EXPECT_TRUE(program.TerminalIsOrdinary());
+    EXPECT_THAT(m_Output, HasSubstr("three/inside"));
+    EXPECT_THAT(m_Output, Not(AnyOf(HasSubstr("one/inside"), HasSubstr("two/inside"))));
+    EXPECT_THAT(ReadFile(reports / "saved.txt"), HasSubstr("\nPASS  three/inside\n"));
+}
+
+TEST_F(CConsoleProgram, StopsAtAFailureWhenTheOperatorSaysSo)
+{
+    WriteFile(m_Files / "b\xE9", "");
+    m_Launch.m_Command.emplace_back("--ask");
+    m_Launch.m_Output = CLaunch::EOutput::Terminal;
+    CChildProcess program(m_Launch);
+    for (char const* text : {"How many", "Continue?", "Save the report"}) {
+        ASSERT_TRUE(program.ReadNext(text));
+        ASSERT_TRUE(program.ReadNext("\r  > "));
+        program.Type("\x1b");
+    }
+    EXPECT_THAT(program.ReadAll(), HasSubstr(" remain"));
+    EXPECT_EQ(program.Wait(), 1);
+}
+
+TEST_F(CConsoleProgram, AbortsFromAQuestion)
+{
+    m_Launch.m_Command.emplace_back("--ask");
+    m_Launch.m_Output = CLaunch::EOutput::Terminal;
+    for (auto const& [keys, number] : {std::pair("\x18", 0), std::pair("\x03", 0),
+                                       std::pair("", SIGTERM), std::pair("", SIGINT)}) {
+        CChildProcess program(m_Launch);
+        ASSERT_TRUE(program.ReadUntil("\r  > "));
+        program.Type(keys);
+        if (number != 0)
+            program.Signal(number);
+        EXPECT_THAT(program.ReadAll(), HasSubstr("ABORTED"));
+        EXPECT_EQ(program.Wait(), 2);
+        EXPECT_TRUE(program.TerminalIsOrdinary());
+    }
+}
+
+TEST_F(CConsoleProgram, AsksNobodyThroughAPipeAndSaysSo)
+{
+    m_Launch.m_Command.emplace_back("--ask");
+    EXPECT_EQ(Run(), 0);
+    EXPECT_THAT(m_Output, HasSubstr("? How many files at most?\n"));
+    EXPECT_THAT(m_Output, HasSubstr("\n  Nobody can answer here: Check all\n"));
+    EXPECT_THAT(m_Output, HasSubstr("\n  Nobody can answer here: Cancel\n"));
+    EXPECT_THAT(m_Output, EndsWith("\nPASSED\n"));
 }
 
 TEST_F(CConsoleProgram, EndsAtOnceAtTheSecondInterrupt)
 {
-#ifdef __SANITIZE_THREAD__
-    GTEST_SKIP() << "ThreadSanitizer holds signals back from a thread that waits for a lock";
-#endif
     AddManyFiles();
     CChildProcess program(m_Launch);
     ASSERT_TRUE(program.ReadUntil("PASS"));
     program.AwaitFullPipe(81);
-    // Two signals, for two of the same might be delivered as one; and not SIGINT, which the
-    // program ignores while a command of its own runs.
+    // Two signals, for two of the same might be delivered as one.
     program.Signal(SIGHUP);
     program.Signal(SIGTERM);
     EXPECT_THAT(program.Wait(), AnyOf(-SIGHUP, -SIGTERM));
@@ -317,9 +458,9 @@ TEST_F(CConsoleProgram, ListsItsOptionsAndExitCodesOnRequest)
     m_Launch.m_Command.emplace_back("--help");
     EXPECT_EQ(Run(), 0);
     EXPECT_THAT(m_Output, StartsWith("Usage: torqel-console [OPTION]... [FOLDER]\n"));
-    for (char const* part : {"--quiet", "--no-colour", "--plain", "--help", "--version", "NO_COLOR",
-                             "/usr/share/common-licenses", "\n   0 ", "\n   1 ", "\n   2 ",
-                             "\n  64 ", "\n  66 ", "\n  70 ", "\n  73 ", "\n  74 "})
+    for (char const* part : {"--ask", "--quiet", "--no-colour", "--plain", "--help", "--version",
+                             "NO_COLOR", "/usr/share/common-licenses", "\n   0 ", "\n   1 ",
+                             "\n   2 ", "\n  64 ", "\n  66 ", "\n  70 ", "\n  73 ", "\n  74 "})
         EXPECT_THAT(m_Output, HasSubstr(part));
     for (std::string const& row : Rows())
         EXPECT_LE(DisplayWidth(row), 80u) << row;
