@@ -61,7 +61,7 @@ TEST(TypedItems, TakesNothingThatChoosesNoItem)
 
 TEST(TypedPath, StandsBelowTheFolderUnlessItSaysOtherwise)
 {
-    CScopedEnvironment const home("HOME", "/home/me");
+    CScopedEnvironment const home("HOME", "/home/operator");
     struct CRow
     {
         char const* m_Text;
@@ -69,7 +69,7 @@ TEST(TypedPath, StandsBelowTheFolderUnlessItSaysOtherwise)
     };
     for (CRow const& row :
          {CRow{"a", "/start/a"}, CRow{"../a", "/a"}, CRow{"/x/a", "/x/a"}, CRow{"a/", "/start/a"},
-          CRow{"~", "/home/me"}, CRow{"~/a b", "/home/me/a b"}, CRow{"~a", "/start/~a"},
+          CRow{"~", "/home/operator"}, CRow{"~/a b", "/home/operator/a b"}, CRow{"~a", "/start/~a"},
           CRow{"/", "/"}, CRow{".", "/start"}}) {
         SCOPED_TRACE(row.m_Text);
         EXPECT_EQ(TypedPath(row.m_Text, "/start"), row.m_Path);
