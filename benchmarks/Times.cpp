@@ -59,14 +59,14 @@ SSummary Summarise(std::vector<double> const& sorted)
 }
 
 // The processors that this program may run on.
-std::vector<int> const& Processors()
+std::vector<std::size_t> const& Processors()
 {
-    static std::vector<int> const processors = [] {
+    static std::vector<std::size_t> const processors = [] {
         cpu_set_t set;
         CPU_ZERO(&set);
         sched_getaffinity(0, sizeof set, &set);
-        std::vector<int> found;
-        for (int processor = 0; processor < CPU_SETSIZE; ++processor) {
+        std::vector<std::size_t> found;
+        for (std::size_t processor = 0; processor < CPU_SETSIZE; ++processor) {
             if (CPU_ISSET(processor, &set))
                 found.push_back(processor);
         }
@@ -77,11 +77,11 @@ std::vector<int> const& Processors()
 
 // Keeps the calling thread, and those that it starts from now on, to one processor: a thread that
 // wakes another then always pays for the same switch.
-void StayOn(int index)
+void StayOn(std::size_t index)
 {
     cpu_set_t set;
     CPU_ZERO(&set);
-    CPU_SET(Processors()[static_cast<std::size_t>(index) % Processors().size()], &set);
+    CPU_SET(Processors()[index % Processors().size()], &set);
     sched_setaffinity(0, sizeof set, &set);
 }
 
@@ -101,7 +101,7 @@ std::size_t BatchFor(CContender const& contender)
 void Repeat(benchmark::State& state, COperation const& operation, CContender const& contender,
             std::size_t batch)
 {
-    StayOn(state.thread_index());
+    StayOn(static_cast<std::size_t>(state.thread_index()));
     if (operation.m_OnDisk)
         sync();
     auto const repeat = contender.m_Repeat;
