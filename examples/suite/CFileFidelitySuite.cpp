@@ -230,8 +230,11 @@ bool CRun::StopsAfter(CCase const& finished, CCaseOutcome const& outcome)
 
 void CRun::OfferReport()
 {
-    std::optional<CSafeString> const file = m_Operator.ChooseReportFile(
-        GetStandardDirName(QStandardPaths::DocumentsLocation), "file-fidelity.txt");
+    CSafeString folder = GetStandardDirName(QStandardPaths::DocumentsLocation);
+    if (folder.empty())
+        folder = GetStandardDirName(QStandardPaths::HomeLocation);
+    std::optional<CSafeString> const file =
+        m_Operator.ChooseReportFile(folder, "file-fidelity.txt");
     if (!file)
         return;
     try {
