@@ -1,27 +1,23 @@
 #include "CMainWindow.h"
 
+#include "CResultsTree.h"
+#include "CRunHeader.h"
 #include "Text.h"
+#include "VerdictLook.h"
 
 #include <RunRecord.h>
-#include <VerdictFormat.h>
 
 #include <BaseUtilities/TQException.h>
 #include <BaseUtilities/UIHelperBase.h>
 
 #include <QAction>
-#include <QApplication>
 #include <QCloseEvent>
-#include <QHeaderView>
-#include <QLabel>
-#include <QLocale>
+#include <QCoreApplication>
+#include <QFontDatabase>
 #include <QPlainTextEdit>
-#include <QProgressBar>
 #include <QSplitter>
-#include <QStatusBar>
-#include <QStyle>
 #include <QToolBar>
 #include <QToolButton>
-#include <QTreeWidget>
 #include <QVBoxLayout>
 
 #include <cstdlib>
@@ -31,32 +27,6 @@ namespace
 {
 constexpr std::chrono::milliseconds pollPeriod(30);
 constexpr std::chrono::milliseconds patience(1500);
-
-enum EColumn { NameColumn, VerdictColumn, SizeColumn, DetailColumn };
-
-QString VerdictName(TEST_STATUS verdict)
-{
-    switch (static_cast<std::uint32_t>(verdict)) {
-    case TEST_STATUS_PASSED:
-        return CMainWindow::tr("Passed");
-    case TEST_STATUS_SKIPPED:
-        return CMainWindow::tr("Skipped");
-    case TEST_STATUS_ABORTED:
-        return CMainWindow::tr("Aborted");
-    default:
-        return CMainWindow::tr("Failed");
-    }
-}
-
-// The colour of the format, lightened where the palette is dark.
-QBrush BrushFor(CFormatInfo const& format, QPalette const& palette)
-{
-    TQColor const& color = format.m_Color;
-    QColor const painted(static_cast<int>(color.m_Red), static_cast<int>(color.m_Green),
-                         static_cast<int>(color.m_Blue));
-    bool const dark = palette.base().color().lightness() < 128;
-    return dark ? painted.lighter(180) : painted;
-}
 } // namespace
 
 CMainWindow::CMainWindow(CSuiteOptions options)
@@ -65,9 +35,10 @@ CMainWindow::CMainWindow(CSuiteOptions options)
       m_Feed(*this)
 {
     setWindowTitle(tr("File fidelity"));
-    resize(900, 620);
+    setWindowIcon(ProgramIcon());
     BuildCommands();
     BuildViews();
+    ShowFolder();
     UpdateCommands();
 
     m_Options.m_Asks = true;
@@ -79,87 +50,117 @@ CMainWindow::CMainWindow(CSuiteOptions options)
     connect(&m_Deadline, &QTimer::timeout, this, [this] { EndAtOnce(); });
 }
 
+// The suite's thread may wait for this one, so that the window cannot simply wait for it.
 CMainWindow::~CMainWindow()
 {
     m_Bridge.Close();
+    if (IsRunning())
+        FinishInTime();
+    while (IsRunning())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     UIHelperBase::m_UISignaler = nullptr;
 }
 
-QAction* CMainWindow::AddCommand(QString const& name, QString const& tip,
-                                 QKeySequence const& shortcut, int icon,
+QAction* CMainWindow::AddCommand(QToolBar& toolBar, QString const& name, QString const& tip,
+                                 QKeySequence const& shortcut, ECommandIcon icon,
                                  void (CMainWindow::*command)())
 {
-    auto* const toolBar = findChild<QToolBar*>();
-    QIcon const picture = style()->standardIcon(static_cast<QStyle::StandardPixmap>(icon));
-    QAction* const action = toolBar->addAction(picture, name);
+    QAction* const action = toolBar.addAction(CommandIcon(icon, palette()), name);
     action->setShortcut(shortcut);
     action->setToolTip(tr("%1 (%2)").arg(tip, shortcut.toString(QKeySequence::NativeText)));
-    toolBar->widgetForAction(action)->setAccessibleName(tip);
+    QWidget* const button = toolBar.widgetForAction(action);
+    button->setAccessibleName(name);
+    button->setAccessibleDescription(tip);
+    button->setFocusPolicy(Qt::TabFocus);
     connect(action, &QAction::triggered, this, command);
     return action;
 }
 
 void CMainWindow::BuildCommands()
 {
-    auto* const toolBar = addToolBar(tr("Suite"));
-    toolBar->setMovable(false);
-    toolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    m_Start = AddCommand(tr("Start"), tr("Start the suite"), QKeySequence(tr("Ctrl+S")),
-                         QStyle::SP_MediaPlay, &CMainWindow::StartSuite);
-    m_Pause = AddCommand(tr("Pause"), tr("Pause after the case at hand"),
-                         QKeySequence(tr("Ctrl+P")), QStyle::SP_MediaPause, &CMainWindow::Pause);
-    m_Resume = AddCommand(tr("Resume"), tr("Resume the paused suite"), QKeySequence(tr("Ctrl+R")),
-                          QStyle::SP_MediaSeekForward, &CMainWindow::Resume);
+    auto* const bar = addToolBar(tr("Suite"));
+    bar->setMovable(false);
+    bar->setContextMenuPolicy(Qt::PreventContextMenu); // it would offer to hide the bar
+    bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    m_Folder = AddCommand(*bar, tr("Folder"), tr("Choose the folder to check"), QKeySequence::Open,
+                          ECommandIcon::Folder, &CMainWindow::ChooseFolder);
+    bar->addSeparator();
+    m_Start = AddCommand(*bar, tr("Start"), tr("Start the suite"), QKeySequence(tr("F5")),
+                         ECommandIcon::Start, &CMainWindow::StartSuite);
+    m_Pause = AddCommand(*bar, tr("Pause"), tr("Pause after the case at hand"),
+                         QKeySequence(tr("Ctrl+P")), ECommandIcon::Pause, &CMainWindow::Pause);
+    m_Resume = AddCommand(*bar, tr("Resume"), tr("Resume the paused suite"),
+                          QKeySequence(tr("Ctrl+R")), ECommandIcon::Resume, &CMainWindow::Resume);
     m_Abort =
-        AddCommand(tr("Abort"), tr("Abort after the case at hand"),
-                   QKeySequence(tr("Ctrl+Shift+A")), QStyle::SP_MediaStop, &CMainWindow::Abort);
+        AddCommand(*bar, tr("Abort"), tr("Abort after the case at hand"),
+                   QKeySequence(tr("Ctrl+Shift+A")), ECommandIcon::Abort, &CMainWindow::Abort);
 }
 
 void CMainWindow::BuildViews()
 {
-    m_Results = new QTreeWidget;
-    m_Results->setAccessibleName(tr("Results"));
-    m_Results->setHeaderLabels({tr("Case"), tr("Verdict"), tr("Size"), tr("Detail")});
-    m_Results->setAlternatingRowColors(true);
-    m_Results->setUniformRowHeights(true);
-    m_Results->header()->resizeSection(NameColumn, 330);
-    m_Results->headerItem()->setTextAlignment(SizeColumn, Qt::AlignRight);
-
+    m_Header = new CRunHeader;
+    m_Results = new CResultsTree;
     m_Log = new QPlainTextEdit;
     m_Log->setAccessibleName(tr("Log"));
     m_Log->setReadOnly(true);
-    m_Progress = new QProgressBar;
-    m_Progress->setAccessibleName(tr("Progress"));
-    m_Progress->setFormat(tr("%v of %m"));
-    m_Progress->setValue(0);
+    m_Log->setTabChangesFocus(true);
+    m_Log->setFrameShape(QFrame::NoFrame);
+    m_Log->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    m_Log->setPlaceholderText(tr("The log of the run."));
 
     auto* const splitter = new QSplitter(Qt::Vertical);
     splitter->addWidget(m_Results);
     splitter->addWidget(m_Log);
-    splitter->setStretchFactor(0, 4);
-    splitter->setStretchFactor(1, 1);
+    splitter->setChildrenCollapsible(false);
+    int const line = fontMetrics().lineSpacing();
+    splitter->setSizes({line * 24, line * 7});
+    splitter->setStretchFactor(0, 1);
+    splitter->setStretchFactor(1, 0);
+
     auto* const central = new QWidget;
     auto* const layout = new QVBoxLayout(central);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_Header);
     layout->addWidget(splitter, 1);
-    layout->addWidget(m_Progress);
     setCentralWidget(central);
-
-    m_State = new QLabel(tr("Ready to check %1").arg(ToQString(m_Options.m_Folder.native())));
-    statusBar()->addWidget(m_State, 1);
+    resize(line * 64, line * 44);
+    m_Results->setFocus();
 }
 
 void CMainWindow::StartSuite()
 {
     if (IsRunning())
         return;
-    m_Results->clear();
-    m_Groups[0] = m_Groups[1] = nullptr;
-    m_Progress->reset();
+    m_Results->RemoveAll();
+    ShowFolder();
+    m_Asking = false;
     m_Paused = false;
     m_Aborting = false;
     m_Runner = std::make_unique<CSuiteRunner>(m_Options, m_Feed);
     m_PollTimer.start(pollPeriod);
     UpdateCommands();
+}
+
+// Through the signaler, like every other request.
+void CMainWindow::ChooseFolder()
+{
+    CSafeString const current(m_Options.m_Folder.native());
+    std::optional<CSafeString> const folder =
+        emit m_Signaler.PickDirectory("Folder to check", current, "");
+    if (!folder || IsRunning())
+        return;
+    m_Options.m_Folder = folder->to_path();
+    m_Results->RemoveAll();
+    ShowFolder();
+}
+
+void CMainWindow::ShowFolder()
+{
+    std::filesystem::path const folder =
+        std::filesystem::absolute(m_Options.m_Folder).lexically_normal();
+    m_Header->Reset(ToQString(folder.native()));
+    m_Header->SetState(tr("Ready"));
 }
 
 void CMainWindow::Pause()
@@ -174,6 +175,7 @@ void CMainWindow::Resume()
         m_Runner->Resume();
 }
 
+// An open question would hold the abort up.
 void CMainWindow::Abort()
 {
     if (!m_Runner || !m_Runner->RequestAbort())
@@ -181,11 +183,19 @@ void CMainWindow::Abort()
     m_Aborting = true;
     Log(tr("Ending after the case at hand."));
     UpdateCommands();
+    m_Bridge.RejectOpen();
 }
 
 void CMainWindow::Poll()
 {
+    // Reports that wait are older than an open question, and newer than its answer.
+    bool const asking = m_Bridge.IsAsking();
+    if (m_Asking && !asking)
+        m_Header->SetState(tr("Working"));
     m_Feed.Deliver();
+    if (asking && !m_Asking)
+        m_Header->SetState(tr("Waiting for your answer"));
+    m_Asking = asking;
     if (m_Runner && m_Runner->WaitFor(std::chrono::milliseconds(0)))
         EndRun();
 }
@@ -194,19 +204,26 @@ void CMainWindow::EndRun()
 {
     m_PollTimer.stop();
     std::unique_ptr<CSuiteRunner> const ended = std::move(m_Runner);
+    m_Feed.Deliver();
     try {
         m_Verdict = ended->Wait().m_Verdict;
     } catch (std::exception const& error) {
         m_Verdict = TEST_STATUS_ERROR;
-        m_State->setText(ToQString(error.what()));
+        m_Header->SetProblem(ToQString(error.what()));
         Log(ToQString(error.what()));
     }
-    m_Feed.Deliver();
     UpdateCommands();
     if (m_Deadline.isActive()) {
         m_Deadline.stop();
         close();
     }
+}
+
+void CMainWindow::FinishInTime()
+{
+    if (!m_Deadline.isActive())
+        m_Deadline.start(patience);
+    Abort();
 }
 
 // The case at hand takes too long for somebody who closed the window.
@@ -223,19 +240,20 @@ void CMainWindow::closeEvent(QCloseEvent* event)
     m_Bridge.Close();
     if (!IsRunning()) {
         event->accept();
+        if (m_OnClosed)
+            m_OnClosed();
         return;
     }
     // The suite's thread may wait for this one: the loop goes on until it has ended.
     event->ignore();
     hide();
-    if (!m_Deadline.isActive())
-        m_Deadline.start(patience);
-    Abort();
+    FinishInTime();
 }
 
 void CMainWindow::UpdateCommands()
 {
     bool const running = IsRunning();
+    m_Folder->setEnabled(!running);
     m_Start->setEnabled(!running);
     m_Pause->setEnabled(running && !m_Paused && !m_Aborting);
     m_Resume->setEnabled(running && m_Paused && !m_Aborting);
@@ -247,22 +265,9 @@ void CMainWindow::Log(QString const& line)
     m_Log->appendPlainText(line);
 }
 
-QTreeWidgetItem* CMainWindow::GroupItem(ECaseGroup group)
-{
-    QTreeWidgetItem*& item = m_Groups[static_cast<int>(group)];
-    if (item == nullptr) {
-        item = new QTreeWidgetItem(m_Results);
-        item->setText(NameColumn, group == ECaseGroup::Files ? tr("Files, copied and compared")
-                                                             : tr("Copies that must be refused"));
-        item->setFirstColumnSpanned(true);
-        item->setExpanded(true);
-    }
-    return item;
-}
-
 void CMainWindow::FilesFound(unsigned long count)
 {
-    m_State->setText(tr("Looking for files: %1").arg(count));
+    m_Header->SetState(tr("Looking for files: %1").arg(count));
 }
 
 void CMainWindow::SuiteStarted(CSuitePlan const& plan)
@@ -271,39 +276,24 @@ void CMainWindow::SuiteStarted(CSuitePlan const& plan)
     Log(ToQString("Run " + run.m_Identifier + ", begun " + run.m_Started));
     Log(ToQString("BaseUtilities " + run.m_LibraryVersion + " on " + run.m_SystemVersion));
     Log(ToQString("Working in " + plan.m_WorkFolder));
-    m_Progress->setRange(0, static_cast<int>(plan.m_CaseCount));
-    m_Progress->setValue(0);
+    m_Header->SetCaseCount(plan.m_CaseCount);
 }
 
 void CMainWindow::CaseStarted(CCase const& started)
 {
-    m_State->setText(ToQString(started.m_Name));
+    m_Header->SetState(ToQString(started.m_Name));
 }
 
 void CMainWindow::CaseFinished(CCase const& finished, CCaseOutcome const& outcome)
 {
-    CFormatInfo const format = VerdictFormat(outcome.m_Verdict);
-    auto* const item = new QTreeWidgetItem(GroupItem(finished.m_Group));
-    item->setText(NameColumn, ToQString(finished.m_Name));
-    item->setText(VerdictColumn, VerdictName(outcome.m_Verdict));
-    item->setForeground(VerdictColumn, BrushFor(format, palette()));
-    if (outcome.m_Bytes > 0)
-        item->setText(SizeColumn,
-                      QLocale::c().formattedDataSize(static_cast<qint64>(outcome.m_Bytes), 1));
-    item->setTextAlignment(SizeColumn, Qt::AlignRight | Qt::AlignVCenter);
-    item->setText(DetailColumn, ToQString(outcome.m_Detail).simplified());
-    item->setToolTip(DetailColumn, ToQString(outcome.m_Detail));
-    QFont font = item->font(VerdictColumn);
-    font.setWeight(static_cast<QFont::Weight>(format.m_Weight));
-    item->setFont(VerdictColumn, font);
-    m_Results->scrollToItem(item);
-    m_Progress->setValue(m_Progress->value() + 1);
+    m_Results->Add(finished, outcome);
+    m_Header->Count(outcome.m_Verdict);
 }
 
 void CMainWindow::SuitePaused()
 {
     m_Paused = true;
-    m_State->setText(tr("Paused"));
+    m_Header->SetState(tr("Paused"));
     Log(tr("Paused."));
     UpdateCommands();
 }
@@ -317,10 +307,11 @@ void CMainWindow::SuiteResumed()
 
 void CMainWindow::SuiteFinished(CSuiteSummary const& summary)
 {
+    QString const verdict = VerdictName(summary.m_Verdict);
     QString const counts = ToQString(CountsText(summary));
-    m_State->setText(tr("%1. %2").arg(VerdictName(summary.m_Verdict), counts));
+    m_Header->SetVerdict(summary.m_Verdict, tr("%1. %2").arg(verdict, counts));
     Log(counts);
     if (!summary.m_Problem.empty())
         Log(ToQString(summary.m_Problem));
-    Log(tr("%1, ended %2").arg(VerdictName(summary.m_Verdict), ToQString(summary.m_Finished)));
+    Log(tr("%1, ended %2").arg(verdict, ToQString(summary.m_Finished)));
 }

@@ -2,20 +2,21 @@
 
 #include "CRequestBridge.h"
 #include "CSuiteFeed.h"
+#include "Icons.h"
 
 #include <CSuiteRunner.h>
 
 #include <QMainWindow>
 #include <QTimer>
 
+#include <functional>
 #include <memory>
 
+class CResultsTree;
+class CRunHeader;
 class QAction;
-class QLabel;
 class QPlainTextEdit;
-class QProgressBar;
-class QTreeWidget;
-class QTreeWidgetItem;
+class QToolBar;
 
 /// The window of the suite "file fidelity": results that fill while it runs,
 /// progress, a log, and the operator's pause, resume and abort.
@@ -29,6 +30,8 @@ public:
     explicit CMainWindow(CSuiteOptions options);
     ~CMainWindow() override;
 
+    /// Called once the window is closed and its suite has ended.
+    void OnClosed(std::function<void()> closed) { m_OnClosed = std::move(closed); }
     void StartSuite();
     bool IsRunning() const { return m_Runner != nullptr; }
     /// The verdict of the last suite that ended; aborted before any has.
@@ -46,17 +49,20 @@ private:
     void SuiteResumed() override;
     void SuiteFinished(CSuiteSummary const& summary) override;
 
-    QAction* AddCommand(QString const& name, QString const& tip, QKeySequence const& shortcut,
-                        int icon, void (CMainWindow::*command)());
+    QAction* AddCommand(QToolBar& toolBar, QString const& name, QString const& tip,
+                        QKeySequence const& shortcut, ECommandIcon icon,
+                        void (CMainWindow::*command)());
     void BuildCommands();
     void BuildViews();
-    QTreeWidgetItem* GroupItem(ECaseGroup group);
 
+    void ChooseFolder();
+    void ShowFolder();
     void Pause();
     void Resume();
     void Abort();
     void Poll();
     void EndRun();
+    void FinishInTime();
     void EndAtOnce();
     void UpdateCommands();
     void Log(QString const& line);
@@ -65,20 +71,21 @@ private:
     CQtSignaler m_Signaler;
     CRequestBridge m_Bridge;
     CSuiteFeed m_Feed;
+    std::function<void()> m_OnClosed;
     std::unique_ptr<CSuiteRunner> m_Runner;
     QTimer m_PollTimer;
     QTimer m_Deadline; // of a suite that is to end with the window
+    bool m_Asking = false;
     bool m_Paused = false;
     bool m_Aborting = false;
     TEST_STATUS m_Verdict = TEST_STATUS_ABORTED;
 
+    QAction* m_Folder = nullptr;
     QAction* m_Start = nullptr;
     QAction* m_Pause = nullptr;
     QAction* m_Resume = nullptr;
     QAction* m_Abort = nullptr;
-    QTreeWidget* m_Results = nullptr;
-    QTreeWidgetItem* m_Groups[2] = {};
-    QProgressBar* m_Progress = nullptr;
+    CRunHeader* m_Header = nullptr;
+    CResultsTree* m_Results = nullptr;
     QPlainTextEdit* m_Log = nullptr;
-    QLabel* m_State = nullptr;
 };

@@ -1,13 +1,15 @@
 #include "CRequestBridge.h"
 
+#include "CallIn.h"
 #include "RequestDialogs.h"
 #include "Text.h"
 
 #include <UIChoices.h>
 
+#include <QApplication>
+#include <QEventLoop>
 #include <QFileDialog>
-#include <QMetaObject>
-#include <QThread>
+#include <QFileInfo>
 
 #include <algorithm>
 #include <memory>
@@ -31,16 +33,23 @@ QStringList ToQStrings(std::vector<CSafeString> const& items)
     return texts;
 }
 
-EInfoIcon IconFor(EUIEmphasis emphasis)
+ERequestIcon IconFor(EUIEmphasis emphasis)
 {
     switch (emphasis) {
     case EUIEmphasis::Warning:
-        return EInfoIcon::Warning;
+        return ERequestIcon::Warning;
     case EUIEmphasis::Error:
-        return EInfoIcon::Error;
+        return ERequestIcon::Error;
     default:
-        return EInfoIcon::Information;
+        return ERequestIcon::Information;
     }
+}
+
+void CloseDialog(QDialog& dialog)
+{
+    for (QDialog* const inner : dialog.findChildren<QDialog*>())
+        inner->done(QDialog::Rejected);
+    dialog.done(QDialog::Rejected);
 }
 
 // Qt's own picker in this program's window, alike on every desktop.
@@ -81,20 +90,16 @@ void CRequestBridge::Close()
     CloseUserInput(true);
 }
 
-// Direct in this object's thread, where waiting for oneself would never end; blocking otherwise.
 template <class Result, class Slot>
 Result CRequestBridge::CallInOwnThread(Slot slot)
 {
-    auto const kind =
-        QThread::currentThread() == thread() ? Qt::DirectConnection : Qt::BlockingQueuedConnection;
     if constexpr (std::is_void_v<Result>) {
-        auto const guarded = [&] {
+        CallIn(*this, [&] {
             try {
                 slot();
             } catch (...) { // nobody could tell the emitter; unanswered means rejected
             }
-        };
-        QMetaObject::invokeMethod(this, guarded, kind);
+        });
     } else {
         Result result{};
         CallInOwnThread<void>([&] { result = slot(); });
@@ -114,26 +119,44 @@ void CRequestBridge::Connect(CQtSignaler& signaler, Signal signal,
         Qt::DirectConnection);
 }
 
-bool CRequestBridge::IsAccepted(CRequestDialog& dialog)
+QWidget* CRequestBridge::Parent(EUIMode mode) const
 {
-    if (m_Closed)
-        return false;
-    m_Open.emplace_back(&dialog);
-    EReply const reply = dialog.Ask();
-    m_Open.pop_back();
-    if (reply == EReply::AbortSuite)
-        m_OnAbort();
-    return reply == EReply::Accepted && !m_Closed;
+    return mode == EUIMode::Modal ? &m_Window : nullptr;
 }
 
-bool CRequestBridge::IsAccepted(QFileDialog& picker)
+// Deliberate: no dialogue is modal to Qt, which would refuse to close the window behind it.
+bool CRequestBridge::IsAccepted(QDialog& dialog)
 {
     if (m_Closed)
         return false;
-    m_Open.emplace_back(&picker);
-    bool const accepted = picker.exec() == QDialog::Accepted;
+    QEventLoop loop;
+    connect(&dialog, &QDialog::finished, &loop, &QEventLoop::quit);
+    m_Open.emplace_back(&dialog);
+    dialog.setResult(QDialog::Rejected);
+    dialog.show();
+    dialog.activateWindow();
+    QApplication::alert(&dialog);
+    loop.exec();
     m_Open.pop_back();
-    return accepted && !m_Closed;
+    return dialog.result() == QDialog::Accepted && !m_Closed;
+}
+
+bool CRequestBridge::IsAnswered(CRequestDialog& dialog)
+{
+    bool const accepted = IsAccepted(dialog);
+    if (dialog.Reply() == EReply::AbortSuite)
+        m_OnAbort();
+    return accepted;
+}
+
+bool CRequestBridge::MayWrite(QString const& file)
+{
+    if (!QFileInfo::exists(file))
+        return true;
+    CRequestTexts const texts = {tr("%1 exists already. Replace it?").arg(file), tr("Replace"),
+                                 tr("Choose another"), QString()};
+    CRequestDialog dialog(&m_Window, texts, 0, ERequestIcon::Warning);
+    return IsAnswered(dialog);
 }
 
 bool CRequestBridge::AbortTestSuite(bool initial)
@@ -142,66 +165,68 @@ bool CRequestBridge::AbortTestSuite(bool initial)
                                          : tr("Abort the suite?"),
                                  tr("Abort"), tr("Go on"), QString()};
     CRequestDialog dialog(&m_Window, texts, 0);
-    return IsAccepted(dialog);
+    return IsAnswered(dialog);
 }
 
-void CRequestBridge::BooleanChoice(EUIMode, std::uint32_t timeout, sv_wrapper const& text,
+void CRequestBridge::BooleanChoice(EUIMode mode, std::uint32_t timeout, sv_wrapper const& text,
                                    bool* answer, sv_wrapper const& trueText,
                                    sv_wrapper const& falseText, gui::EAbortPromptState abort,
                                    sv_wrapper const& abortText)
 {
     *answer = false;
-    CRequestDialog dialog(&m_Window, Texts(text, trueText, falseText, abort, abortText), timeout);
-    *answer = IsAccepted(dialog);
+    CRequestDialog dialog(Parent(mode), Texts(text, trueText, falseText, abort, abortText),
+                          timeout);
+    *answer = IsAnswered(dialog);
 }
 
-void CRequestBridge::GetInteger(EUIMode, std::uint32_t timeout, sv_wrapper const& text,
+void CRequestBridge::GetInteger(EUIMode mode, std::uint32_t timeout, sv_wrapper const& text,
                                 sv_wrapper const& additionalText, std::uintptr_t* answer,
                                 ENumericBase base, bool setInitialValue, std::uintptr_t max,
                                 std::uintptr_t min, sv_wrapper const& acceptText,
                                 sv_wrapper const& rejectText, gui::EAbortPromptState abort,
                                 sv_wrapper const& abortText)
 {
-    CIntegerDialog dialog(&m_Window, Texts(text, acceptText, rejectText, abort, abortText), timeout,
-                          ToQString(additionalText), {static_cast<int>(base), min, max});
+    CIntegerDialog dialog(Parent(mode), Texts(text, acceptText, rejectText, abort, abortText),
+                          timeout, ToQString(additionalText), {static_cast<int>(base), min, max});
     if (setInitialValue)
         dialog.SetValue(*answer);
-    if (IsAccepted(dialog))
+    if (IsAnswered(dialog))
         *answer = dialog.Value();
 }
 
-void CRequestBridge::SelectItem(EUIMode, std::uint32_t timeout, sv_wrapper const& text,
+void CRequestBridge::SelectItem(EUIMode mode, std::uint32_t timeout, sv_wrapper const& text,
                                 std::vector<CSafeString> const& items, std::int32_t* answer,
                                 sv_wrapper const& acceptText, sv_wrapper const& rejectText,
                                 gui::EAbortPromptState abort, sv_wrapper const& abortText)
 {
     *answer = -1;
-    CItemsDialog dialog(&m_Window, Texts(text, acceptText, rejectText, abort, abortText), timeout,
-                        ToQStrings(items), EChoice::One);
-    if (IsAccepted(dialog))
+    CItemsDialog dialog(Parent(mode), Texts(text, acceptText, rejectText, abort, abortText),
+                        timeout, ToQStrings(items), EChoice::One);
+    if (IsAnswered(dialog))
         *answer = dialog.Chosen().front();
 }
 
-void CRequestBridge::SelectMultipleItems(EUIMode, std::uint32_t timeout, sv_wrapper const& text,
+void CRequestBridge::SelectMultipleItems(EUIMode mode, std::uint32_t timeout,
+                                         sv_wrapper const& text,
                                          std::vector<CSafeString> const& items,
                                          std::vector<std::int32_t>** answer,
                                          sv_wrapper const& acceptText, sv_wrapper const& rejectText,
                                          gui::EAbortPromptState abort, sv_wrapper const& abortText)
 {
     *answer = nullptr;
-    CItemsDialog dialog(&m_Window, Texts(text, acceptText, rejectText, abort, abortText), timeout,
-                        ToQStrings(items), EChoice::Several);
-    if (IsAccepted(dialog))
+    CItemsDialog dialog(Parent(mode), Texts(text, acceptText, rejectText, abort, abortText),
+                        timeout, ToQStrings(items), EChoice::Several);
+    if (IsAnswered(dialog))
         *answer = std::make_unique<std::vector<std::int32_t>>(dialog.Chosen()).release();
 }
 
-void CRequestBridge::ShowInfo(EUIMode, std::uint32_t timeout, sv_wrapper const& text, bool canClose,
-                              sv_wrapper const& closeText, EUIEmphasis emphasis,
+void CRequestBridge::ShowInfo(EUIMode mode, std::uint32_t timeout, sv_wrapper const& text,
+                              bool canClose, sv_wrapper const& closeText, EUIEmphasis emphasis,
                               gui::EAbortPromptState abort, sv_wrapper const& abortText)
 {
-    CInfoDialog dialog(&m_Window, Texts(text, closeText, "", abort, abortText), timeout,
+    CInfoDialog dialog(Parent(mode), Texts(text, closeText, "", abort, abortText), timeout,
                        IconFor(emphasis), canClose);
-    IsAccepted(dialog);
+    IsAnswered(dialog);
 }
 
 std::optional<CSafeString> CRequestBridge::PickSingleFile(sv_wrapper const& title,
@@ -214,9 +239,15 @@ std::optional<CSafeString> CRequestBridge::PickSingleFile(sv_wrapper const& titl
     picker.setAcceptMode(QFileDialog::AcceptSave);
     picker.setNameFilter(ToQString(filter));
     picker.selectFile(ToQString(name));
-    if (!IsAccepted(picker))
-        return std::nullopt;
-    return ToSafeString(picker.selectedFiles().value(0));
+    // The picker's own question would be modal.
+    picker.setOption(QFileDialog::DontConfirmOverwrite);
+    unsigned const closings = m_Closings;
+    while (closings == m_Closings && IsAccepted(picker)) {
+        QString const file = picker.selectedFiles().value(0);
+        if (MayWrite(file))
+            return ToSafeString(file);
+    }
+    return std::nullopt;
 }
 
 std::optional<CSafeString> CRequestBridge::PickDirectory(sv_wrapper const& title,
@@ -243,6 +274,7 @@ CRequestBridge::PickMultipleFiles(sv_wrapper const& title, sv_wrapper const& fol
     Prepare(picker, title, folder);
     picker.setFileMode(QFileDialog::ExistingFiles);
     picker.setNameFilter(ToQString(filter));
+    picker.setOption(QFileDialog::ReadOnly);
     if (name)
         picker.selectFile(ToQString(name));
     if (IsAccepted(picker)) {
@@ -253,16 +285,17 @@ CRequestBridge::PickMultipleFiles(sv_wrapper const& title, sv_wrapper const& fol
     return make_custom_unique<std::optional<std::vector<CSafeString>>>(std::move(files));
 }
 
-// The newest prompt, or all of them.
+// The newest prompt, or all of them; what a picker asks by itself goes with it.
 void CRequestBridge::CloseUserInput(bool all)
 {
+    ++m_Closings;
     std::vector<QPointer<QDialog>> open = m_Open;
     std::reverse(open.begin(), open.end());
     if (!all && open.size() > 1)
         open.resize(1);
     for (QPointer<QDialog> const& dialog : open)
         if (dialog)
-            dialog->done(QDialog::Rejected);
+            CloseDialog(*dialog);
 }
 
 void CRequestBridge::UpdateResults()

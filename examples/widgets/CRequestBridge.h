@@ -10,10 +10,12 @@
 
 class CRequestDialog;
 class QDialog;
-class QFileDialog;
 class QWidget;
 
-/// Answers every request of the suite with a dialogue.
+/// Answers every request of the suite with a dialogue. None of them blocks the
+/// window: its results can be read, the suite paused or aborted, and the window
+/// closed while a question is open. A modal one stays above the window, though;
+/// a modeless one is a window of its own.
 ///
 /// It lives in the interface's thread, where all its slots run; whichever thread
 /// emits waits for the answer. A slot never throws: whatever goes wrong, and
@@ -28,6 +30,9 @@ public:
     void ConnectTo(CQtSignaler& signaler);
     /// Called when the suite has new results to show.
     void OnUpdateResults(std::function<void()> update) { m_OnUpdateResults = std::move(update); }
+    bool IsAsking() const { return !m_Open.empty(); }
+    /// Rejects what is open.
+    void RejectOpen() { CloseUserInput(true); }
     /// Rejects what is open and whatever comes.
     void Close();
 
@@ -68,12 +73,15 @@ private:
                  Result (CRequestBridge::*slot)(Parameters...));
     template <class Result, class Slot>
     Result CallInOwnThread(Slot slot);
-    bool IsAccepted(CRequestDialog& dialog);
-    bool IsAccepted(QFileDialog& picker);
+    QWidget* Parent(EUIMode mode) const;
+    bool IsAccepted(QDialog& dialog);
+    bool IsAnswered(CRequestDialog& dialog);
+    bool MayWrite(QString const& file);
 
     QWidget& m_Window;
     std::function<void()> m_OnAbort;
     std::function<void()> m_OnUpdateResults;
     std::vector<QPointer<QDialog>> m_Open;
+    unsigned m_Closings = 0; // calls of CloseUserInput
     bool m_Closed = false;
 };

@@ -1,5 +1,6 @@
 #include "RequestDialogs.h"
 
+#include "CMessageText.h"
 #include "Text.h"
 
 #include <BaseUtilities/StringUtilities.h>
@@ -8,36 +9,50 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QStyle>
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <chrono>
+#include <climits>
 
-CRequestDialog::CRequestDialog(QWidget* parent, CRequestTexts const& texts, std::uint32_t timeout)
+namespace
+{
+// An ampersand is part of the text, no mark of a key.
+QString ButtonText(QString text)
+{
+    return text.replace('&', "&&");
+}
+
+QLabel* Secondary(QString const& text)
+{
+    auto* const label = new QLabel(text);
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    label->setForegroundRole(QPalette::PlaceholderText);
+    return label;
+}
+} // namespace
+
+CRequestDialog::CRequestDialog(QWidget* parent, CRequestTexts const& texts, std::uint32_t timeout,
+                               ERequestIcon icon)
     : QDialog(parent),
-      m_Icon(new QLabel),
       m_Body(new QVBoxLayout),
-      m_Countdown(new QLabel),
+      m_Countdown(Secondary(QString())),
+      m_CountdownBar(new QProgressBar),
       m_Buttons(new QDialogButtonBox),
       m_Timer(new QTimer(this))
 {
     setWindowTitle(tr("Torqel"));
-    setMinimumWidth(420);
-    auto* const text = new QLabel(texts.m_Text);
-    text->setTextFormat(Qt::PlainText);
-    text->setWordWrap(true);
-    text->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    m_Icon->hide();
-
-    auto* const head = new QHBoxLayout;
-    head->addWidget(m_Icon, 0, Qt::AlignTop);
-    head->addWidget(text, 1);
     auto* const layout = new QVBoxLayout(this);
-    layout->setSpacing(12);
-    layout->addLayout(head);
-    layout->addLayout(m_Body);
+    int const em = fontMetrics().height();
+    layout->setContentsMargins(em, em, em, em);
+    layout->setSpacing(em * 3 / 4);
+    layout->addLayout(BuildHead(texts.m_Text, icon), 1);
+    layout->addWidget(m_CountdownBar);
     layout->addWidget(m_Countdown);
     layout->addWidget(m_Buttons);
 
@@ -45,30 +60,38 @@ CRequestDialog::CRequestDialog(QWidget* parent, CRequestTexts const& texts, std:
     StartCountdown(timeout);
 }
 
+QBoxLayout* CRequestDialog::BuildHead(QString const& text, ERequestIcon icon)
+{
+    auto* const picture = new QLabel;
+    int const size = style()->pixelMetric(QStyle::PM_MessageBoxIconSize);
+    picture->setPixmap(RequestIcon(icon).pixmap(QSize(size, size), devicePixelRatioF()));
+    m_Body->addWidget(new CMessageText(text));
+
+    auto* const head = new QHBoxLayout;
+    head->setSpacing(fontMetrics().height());
+    head->addWidget(picture, 0, Qt::AlignTop);
+    head->addLayout(m_Body, 1);
+    return head;
+}
+
 void CRequestDialog::AddButtons(CRequestTexts const& texts)
 {
-    QPushButton* const acceptButton =
-        m_Buttons->addButton(texts.m_Accept, QDialogButtonBox::AcceptRole);
-    acceptButton->setDefault(true);
-    connect(acceptButton, &QPushButton::clicked, this, [this] {
-        m_Reply = EReply::Accepted;
-        accept();
-    });
+    if (!texts.m_Accept.isEmpty()) {
+        QPushButton* const button =
+            m_Buttons->addButton(ButtonText(texts.m_Accept), QDialogButtonBox::AcceptRole);
+        button->setDefault(true);
+        button->setFocus(); // what has more to ask takes it over
+        connect(button, &QPushButton::clicked, this, [this] { Accept(); });
+    }
     if (!texts.m_Reject.isEmpty())
-        connect(m_Buttons->addButton(texts.m_Reject, QDialogButtonBox::RejectRole),
+        connect(m_Buttons->addButton(ButtonText(texts.m_Reject), QDialogButtonBox::RejectRole),
                 &QPushButton::clicked, this, &QDialog::reject);
     if (!texts.m_Abort.isEmpty())
-        connect(m_Buttons->addButton(texts.m_Abort, QDialogButtonBox::ResetRole),
+        connect(m_Buttons->addButton(ButtonText(texts.m_Abort), QDialogButtonBox::ResetRole),
                 &QPushButton::clicked, this, [this] {
                     m_Reply = EReply::AbortSuite;
                     done(QDialog::Rejected);
                 });
-}
-
-EReply CRequestDialog::Ask()
-{
-    exec();
-    return m_Reply;
 }
 
 void CRequestDialog::AddToBody(QWidget* widget)
@@ -83,35 +106,68 @@ void CRequestDialog::SetAcceptable(bool acceptable)
             button->setEnabled(acceptable);
 }
 
-void CRequestDialog::SetIcon(QPixmap const& icon)
+void CRequestDialog::Accept()
 {
-    m_Icon->setPixmap(icon);
-    m_Icon->show();
+    m_Reply = EReply::Accepted;
+    accept();
 }
 
 void CRequestDialog::StartCountdown(std::uint32_t seconds)
 {
     m_Countdown->setObjectName("countdown");
     m_Countdown->setVisible(seconds > 0);
+    m_CountdownBar->setVisible(seconds > 0);
+    m_CountdownBar->setTextVisible(false);
+    m_CountdownBar->setFixedHeight(fontMetrics().height() / 3);
+    m_CountdownBar->setMaximum(static_cast<int>(std::min<std::uint32_t>(seconds, INT_MAX)));
     if (seconds == 0)
         return;
-    m_SecondsLeft = seconds + 1;
+    m_SecondsLeft = seconds;
+    ShowCountdown();
     connect(m_Timer, &QTimer::timeout, this, [this] { CountDown(); });
-    CountDown();
     m_Timer->start(std::chrono::seconds(1));
 }
 
 void CRequestDialog::CountDown()
 {
     --m_SecondsLeft;
-    m_Countdown->setText(tr("Goes on without an answer in %1 %2.")
-                             .arg(m_SecondsLeft)
-                             .arg(ToQString(PluralNoun(m_SecondsLeft, "second", ""))));
+    ShowCountdown();
     if (m_SecondsLeft > 0)
         return;
+    m_Timer->stop();
     m_Reply = EReply::TimedOut;
     done(QDialog::Rejected);
 }
+
+void CRequestDialog::ShowCountdown()
+{
+    m_Countdown->setText(tr("Goes on without an answer in %1 %2.")
+                             .arg(m_SecondsLeft)
+                             .arg(ToQString(PluralNoun(m_SecondsLeft, "second", ""))));
+    m_CountdownBar->setValue(static_cast<int>(std::min<std::uint32_t>(m_SecondsLeft, INT_MAX)));
+}
+
+namespace
+{
+QString BaseText(int base)
+{
+    switch (base) {
+    case 8:
+        return CIntegerDialog::tr(", in octal digits");
+    case 16:
+        return CIntegerDialog::tr(", in hexadecimal digits");
+    default:
+        return QString();
+    }
+}
+
+QString RangeText(CIntegerDialog::CRange const& range)
+{
+    return CIntegerDialog::tr("From %1 to %2%3.")
+        .arg(QString::number(range.m_Min, range.m_Base).toUpper(),
+             QString::number(range.m_Max, range.m_Base).toUpper(), BaseText(range.m_Base));
+}
+} // namespace
 
 CIntegerDialog::CIntegerDialog(QWidget* parent, CRequestTexts const& texts, std::uint32_t timeout,
                                QString const& additionalText, CRange range)
@@ -119,14 +175,8 @@ CIntegerDialog::CIntegerDialog(QWidget* parent, CRequestTexts const& texts, std:
       m_Range(range),
       m_Edit(new QLineEdit)
 {
-    auto* const hint =
-        new QLabel(tr("%1 From %2 to %3.")
-                       .arg(additionalText, QString::number(range.m_Min, range.m_Base).toUpper(),
-                            QString::number(range.m_Max, range.m_Base).toUpper()));
-    hint->setTextFormat(Qt::PlainText);
-    hint->setWordWrap(true);
     m_Edit->setAccessibleName(texts.m_Text);
-    AddToBody(hint);
+    AddToBody(Secondary(tr("%1 %2").arg(additionalText, RangeText(range)).trimmed()));
     AddToBody(m_Edit);
     connect(m_Edit, &QLineEdit::textChanged, this, [this](QString const& text) { Read(text); });
     SetAcceptable(false);
@@ -153,6 +203,8 @@ CItemsDialog::CItemsDialog(QWidget* parent, CRequestTexts const& texts, std::uin
       m_List(new QListWidget)
 {
     m_List->addItems(items);
+    m_List->setSizeAdjustPolicy(QListWidget::AdjustToContents);
+    m_List->setAlternatingRowColors(true);
     m_List->setAccessibleName(texts.m_Text);
     if (choice == EChoice::Several) {
         for (int row = 0; row < m_List->count(); ++row)
@@ -162,7 +214,10 @@ CItemsDialog::CItemsDialog(QWidget* parent, CRequestTexts const& texts, std::uin
     }
     connect(m_List, &QListWidget::itemChanged, this, [this] { OnChanged(); });
     connect(m_List, &QListWidget::itemSelectionChanged, this, [this] { OnChanged(); });
+    if (choice == EChoice::One)
+        connect(m_List, &QListWidget::itemDoubleClicked, this, [this] { Accept(); });
     AddToBody(m_List);
+    m_List->setFocus();
     OnChanged();
 }
 
@@ -182,19 +237,21 @@ void CItemsDialog::OnChanged()
     SetAcceptable(m_Choice == EChoice::Several || !Chosen().empty());
 }
 
+namespace
+{
+CRequestTexts WithCloseButton(CRequestTexts texts, bool closable)
+{
+    if (!closable)
+        texts.m_Accept.clear();
+    return texts;
+}
+} // namespace
+
 CInfoDialog::CInfoDialog(QWidget* parent, CRequestTexts const& texts, std::uint32_t timeout,
-                         EInfoIcon icon, bool closable)
-    : CRequestDialog(parent, texts, timeout),
+                         ERequestIcon icon, bool closable)
+    : CRequestDialog(parent, WithCloseButton(texts, closable), timeout, icon),
       m_Closable(closable)
 {
-    QStyle::StandardPixmap pixmap = QStyle::SP_MessageBoxInformation;
-    if (icon == EInfoIcon::Warning)
-        pixmap = QStyle::SP_MessageBoxWarning;
-    else if (icon == EInfoIcon::Error)
-        pixmap = QStyle::SP_MessageBoxCritical;
-    int const size = style()->pixelMetric(QStyle::PM_MessageBoxIconSize);
-    SetIcon(style()->standardIcon(pixmap).pixmap(size));
-    SetAcceptable(closable);
 }
 
 void CInfoDialog::reject()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Icons.h"
+
 #include <QDialog>
 
 #include <cstdint>
@@ -10,6 +12,7 @@ class QDialogButtonBox;
 class QLabel;
 class QLineEdit;
 class QListWidget;
+class QProgressBar;
 class QTimer;
 
 enum class EReply {
@@ -22,9 +25,10 @@ enum class EReply {
 struct CRequestTexts
 {
     QString m_Text;
+    // No such button when empty.
     QString m_Accept;
-    QString m_Reject; ///< no such button when empty
-    QString m_Abort;  ///< no such button when empty
+    QString m_Reject;
+    QString m_Abort;
 };
 
 /// A request with its buttons and a countdown to the time-out, in seconds; 0
@@ -32,25 +36,28 @@ struct CRequestTexts
 class CRequestDialog : public QDialog
 {
 public:
-    CRequestDialog(QWidget* parent, CRequestTexts const& texts, std::uint32_t timeout);
+    CRequestDialog(QWidget* parent, CRequestTexts const& texts, std::uint32_t timeout,
+                   ERequestIcon icon = ERequestIcon::Question);
 
-    /// Shows the dialogue and waits for the reply.
-    EReply Ask();
+    /// Rejected as long as there is none.
+    EReply Reply() const { return m_Reply; }
 
 protected:
     /// Adds what the request is about, above the countdown.
     void AddToBody(QWidget* widget);
     void SetAcceptable(bool acceptable);
-    void SetIcon(QPixmap const& icon);
+    void Accept();
 
 private:
+    QBoxLayout* BuildHead(QString const& text, ERequestIcon icon);
     void AddButtons(CRequestTexts const& texts);
     void StartCountdown(std::uint32_t seconds);
     void CountDown();
+    void ShowCountdown();
 
-    QLabel* m_Icon;
     QBoxLayout* m_Body;
     QLabel* m_Countdown;
+    QProgressBar* m_CountdownBar;
     QDialogButtonBox* m_Buttons;
     QTimer* m_Timer;
     std::uint32_t m_SecondsLeft = 0;
@@ -99,15 +106,13 @@ private:
     QListWidget* m_List;
 };
 
-enum class EInfoIcon { Information, Warning, Error };
-
 /// Something to be read. One that the operator may not close waits for its
 /// time-out, or for the suite to close it.
 class CInfoDialog : public CRequestDialog
 {
 public:
-    CInfoDialog(QWidget* parent, CRequestTexts const& texts, std::uint32_t timeout, EInfoIcon icon,
-                bool closable);
+    CInfoDialog(QWidget* parent, CRequestTexts const& texts, std::uint32_t timeout,
+                ERequestIcon icon, bool closable);
     /// For the operator alone: QDialog::done closes it anyway.
     void reject() override;
 

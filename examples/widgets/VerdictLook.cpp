@@ -1,0 +1,45 @@
+#include "VerdictLook.h"
+
+#include <VerdictFormat.h>
+
+#include <QCoreApplication>
+#include <QPainter>
+#include <QPalette>
+
+QString VerdictName(TEST_STATUS verdict)
+{
+    switch (static_cast<std::uint32_t>(verdict)) {
+    case TEST_STATUS_PASSED:
+        return QCoreApplication::translate("Verdict", "Passed");
+    case TEST_STATUS_SKIPPED:
+        return QCoreApplication::translate("Verdict", "Skipped");
+    case TEST_STATUS_ABORTED:
+        return QCoreApplication::translate("Verdict", "Aborted");
+    default:
+        return QCoreApplication::translate("Verdict", "Failed");
+    }
+}
+
+QColor VerdictColor(TEST_STATUS verdict, QPalette const& palette)
+{
+    TQColor const& color = VerdictFormat(verdict).m_Color;
+    QColor const painted(static_cast<int>(color.m_Red), static_cast<int>(color.m_Green),
+                         static_cast<int>(color.m_Blue));
+    bool const dark = palette.base().color().lightness() < 128;
+    return dark ? painted.lighter(180) : painted;
+}
+
+// Drawn at four times the size: icons are scaled down for the screen, never up.
+QIcon VerdictDot(TEST_STATUS verdict, QPalette const& palette, int size)
+{
+    QPixmap pixmap(size * 4, size * 4);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(VerdictColor(verdict, palette));
+    double const margin = size * 0.75;
+    painter.drawEllipse(QRectF(pixmap.rect()).adjusted(margin, margin, -margin, -margin));
+    painter.end();
+    return QIcon(pixmap);
+}
