@@ -7,11 +7,17 @@
 
 #include <cstdio>
 #include <cstring>
+#include <string>
+#include <typeinfo>
+#include <vector>
 
 namespace
 {
 constexpr unsigned Threads = 8;
 constexpr unsigned Messages = 1000000; // of each thread
+
+constexpr unsigned ManyThreads = 64;
+constexpr unsigned MessagesInAll = 1000000;
 
 /// Whether the text is "thread <index>, message <number>".
 bool IsOwnMessage(char const* text, unsigned index, unsigned number)
@@ -30,6 +36,42 @@ bool ArrivesWhole(unsigned index, unsigned number)
         return caught.GetStatus() == number && IsOwnMessage(caught.what(), index, number);
     }
 }
+
+/// Whether a message of that class, with text of `length` bytes within it, arrives whole.
+template <class Exception>
+bool ArrivesWhole(unsigned index, unsigned number, unsigned length)
+{
+    std::string const filling(length, static_cast<char>('A' + (index + number) % 26));
+    try {
+        DoThrow<Exception>(TEST_STATUS(number), "<%u|%s|%lu>", index, filling, 1ul * number);
+    } catch (TQException const& caught) {
+        std::string const expected =
+            "<" + std::to_string(index) + "|" + filling + "|" + std::to_string(number) + ">";
+        return typeid(caught) == typeid(Exception) && caught.what() == expected
+               && caught.GetStatus() == TEST_STATUS(number);
+    }
+}
+
+/// The classes take turns, and so do lengths on either side of where the buffers grow.
+bool NextArrivesWhole(unsigned index, unsigned number)
+{
+    constexpr unsigned lengths[] = {0, 15, 16, 500, 1000, 1023, 1024, 2100, 3};
+    unsigned const length = lengths[(index + number) % 9];
+    switch (number % 6) {
+    case 0:
+        return ArrivesWhole<TQException>(index, number, length);
+    case 1:
+        return ArrivesWhole<TQAppException>(index, number, length);
+    case 2:
+        return ArrivesWhole<TQDOMDocException>(index, number, length);
+    case 3:
+        return ArrivesWhole<TQParseTreeException>(index, number, length);
+    case 4:
+        return ArrivesWhole<CTestSuiteException>(index, number, length);
+    default:
+        return ArrivesWhole<TQRunTimeException>(index, number, length);
+    }
+}
 } // namespace
 
 TEST(ThrowingThreads, EightThreadsThrowAndCatchAMillionMessagesEach)
@@ -45,4 +87,18 @@ TEST(ThrowingThreads, EightThreadsThrowAndCatchAMillionMessagesEach)
     });
     for (unsigned const failures : wrong)
         EXPECT_EQ(failures, 0u);
+}
+
+TEST(ThrowingThreads, SixtyFourThreadsThrowAndCatchAMillionMessagesOfEveryClassInAll)
+{
+    std::vector<unsigned> whole(ManyThreads, 0);
+    CBarrier barrier(ManyThreads);
+    RunOnThreads(ManyThreads, [&](unsigned index) {
+        unsigned arrived = 0;
+        barrier.Wait();
+        for (unsigned number = 0; number < MessagesInAll / ManyThreads; ++number)
+            arrived += NextArrivesWhole(index, number) ? 1u : 0u;
+        whole[index] = arrived;
+    });
+    EXPECT_EQ(whole, std::vector<unsigned>(ManyThreads, MessagesInAll / ManyThreads));
 }
