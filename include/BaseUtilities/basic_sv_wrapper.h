@@ -97,8 +97,10 @@ public:
             return false;
         if (left.m_Length == 0)
             return true;
+        // Only unset views may lack the text to compare. Set ones are not compared by address,
+        // which is no constant where both view literals.
         return left.m_HasValue == right.m_HasValue
-               && (left.m_pText == right.m_pText
+               && ((!left.m_HasValue && left.m_pText == right.m_pText)
                    || Traits::compare(left.m_pText, right.m_pText, left.m_Length) == 0);
     }
 
