@@ -12,9 +12,10 @@ namespace fs = std::filesystem;
 
 namespace
 {
+// Not found, or without any status.
 bool IsMissing(fs::file_status const& status)
 {
-    return status.type() == fs::file_type::not_found || status.type() == fs::file_type::none;
+    return !fs::exists(status);
 }
 
 // Null when the source can be copied.
