@@ -30,6 +30,17 @@ TEST(CMemWrapper, ZeroFillClearsTheWholeBlock)
     CMemWrapper::ReleaseMemory(block);
 }
 
+TEST(CMemWrapper, BlockIsOfTheSizeAskedForWithAndWithoutZeroFill)
+{
+    constexpr unsigned long size = 1UL << 20U;
+    for (bool const zeroFill : {false, true}) {
+        void* block = CMemWrapper::AllocateMemory(size, zeroFill);
+        EXPECT_GE(malloc_usable_size(block), size);
+        EXPECT_LT(malloc_usable_size(block), size + size / 2);
+        CMemWrapper::ReleaseMemory(block);
+    }
+}
+
 TEST(CMemWrapper, BlockWithoutZeroFillIsWritable)
 {
     void* block = CMemWrapper::AllocateMemory(100, false);

@@ -87,6 +87,17 @@ TEST(CSafeStringJoining, CharacterSeparatesTheItems)
     EXPECT_EQ(Bytes(text), "a-b-c");
 }
 
+TEST(CSafeStringJoining, EveryCharacterButNulSeparates)
+{
+    std::vector<CSafeString> const items{"a", "b"};
+    for (int value = 1; value < 256; ++value) {
+        SCOPED_TRACE(value);
+        auto const separator = static_cast<char>(value);
+        EXPECT_EQ(Bytes(CSafeString::do_join(items, separator)),
+                  std::string("a") + separator + "b");
+    }
+}
+
 TEST(CSafeStringJoining, NulCharacterIsNoSeparator)
 {
     std::vector<CSafeString> const items{"a", "b", "c"};
