@@ -451,8 +451,9 @@ class SelfCheck:
 
 
 class Run:
-    def __init__(self, bench, results):
+    def __init__(self, bench, results, again):
         self.bench = bench
+        self.again = again
         self.path = results
         self.results = json.loads(results.read_text()) if results.exists() else {}
         self.digests = {}
@@ -465,7 +466,7 @@ class Run:
 
     def known(self, mutant):
         """An earlier outcome that stands: all but a survival, which a new test may have ended."""
-        kept = self.results.get(mutant.key)
+        kept = None if self.again else self.results.get(mutant.key)
         if kept and kept["digest"] == self.digest(mutant.file) and kept["status"] != SURVIVED:
             return kept
         return None
@@ -492,6 +493,8 @@ def report(counts, survivors, seconds):
         total.update(count)
         print(row(file, count))
     print(row("All", total))
+    if total["not tried"]:
+        print(f"\nNot tried: {total['not tried']}.")
     dead = total[KILLED] + total[HUNG]
     judged = dead + total[SURVIVED]
     share = 100 * dead / judged if judged else 100.0
@@ -531,7 +534,8 @@ def arguments():
     parser.add_argument("--sample", type=int, help="so many faults, chosen by the seed")
     parser.add_argument("--seed", default="1")
     parser.add_argument("--list", action="store_true", help="only print the faults")
-    parser.add_argument("--again", action="store_true", help="forget earlier results")
+    parser.add_argument("--report", action="store_true", help="only print what is known already")
+    parser.add_argument("--again", action="store_true", help="try also what earlier runs have tried")
     parser.add_argument("--equivalents", action="store_true", help="try the argued ones as well")
     parser.add_argument("--limit", type=float, default=20, help="seconds of work for a test run")
     parser.add_argument("--demand", type=float, default=98, help="percentage that must be killed")
@@ -555,9 +559,7 @@ def main():
         mutants = random.Random(options.seed).sample(mutants, options.sample)
     folder = PROJECT / options.build
     bench = Bench(folder, options.limit)
-    run = Run(bench, folder / "mutation" / "results.json")
-    if options.again:
-        run.results = {}
+    run = Run(bench, folder / "mutation" / "results.json", options.again)
 
     check, ready = SelfCheck(bench), None
     counts, survivors, wrong = collections.defaultdict(collections.Counter), [], []
@@ -567,6 +569,8 @@ def main():
             counts[mutant.file]["equivalent"] += 1
             continue
         kept = run.known(mutant)
+        if options.report:
+            kept = run.results.get(mutant.key) or {"status": "not tried"}
         if kept is None:
             if ready != mutant.file:
                 bench.build.forget_headers()
@@ -580,7 +584,8 @@ def main():
             wrong.append(f"{mutant}\n    {kept['by']}")
         elif status == SURVIVED:
             survivors.append(mutant)
-            print(f"Survived: {mutant}", flush=True)
+            if not options.report:
+                print(f"Survived: {mutant}", flush=True)
         counts[mutant.file][status] += 1
 
     share = report(counts, survivors, time.monotonic() - started)
