@@ -7,6 +7,11 @@ namespace
 {
 constexpr int maxLines = 12;
 constexpr int preferredWidth = 30; // in widths of an M
+
+int PreferredWidth(QWidget const& text)
+{
+    return text.fontMetrics().horizontalAdvance('M') * preferredWidth;
+}
 } // namespace
 
 CMessageText::CMessageText(QString const& text)
@@ -22,18 +27,18 @@ CMessageText::CMessageText(QString const& text)
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     setPlainText(text);
     setAccessibleName(text);
-    document()->setTextWidth(sizeHint().width());
+    document()->setTextWidth(PreferredWidth(*this));
     FitHeight();
 }
 
 QSize CMessageText::sizeHint() const
 {
-    return {fontMetrics().horizontalAdvance('M') * preferredWidth, height()};
+    return {PreferredWidth(*this), height()};
 }
 
 QSize CMessageText::minimumSizeHint() const
 {
-    return {fontMetrics().horizontalAdvance('M') * preferredWidth / 2, fontMetrics().height()};
+    return {PreferredWidth(*this) / 2, fontMetrics().height()};
 }
 
 void CMessageText::resizeEvent(QResizeEvent* event)

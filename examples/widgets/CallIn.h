@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QMetaObject>
 #include <QObject>
 #include <QThread>
 
@@ -51,12 +50,15 @@ void CallIn(QObject& receiver, Call const& call)
     CHandOver handOver;
     // Ends the wait when the last of the event is gone, whether it was served or not.
     std::shared_ptr<CHandOver> ticket(&handOver, [](CHandOver* ended) { ended->End(); });
-    QMetaObject::invokeMethod(
-        &receiver,
-        [&call, ticket = std::move(ticket)] {
-            ticket->Begin();
-            call();
-        },
-        Qt::QueuedConnection);
+    {
+        QObject messenger; // whose end is the message
+        QObject::connect(
+            &messenger, &QObject::destroyed, &receiver,
+            [&call, ticket = std::move(ticket)] {
+                ticket->Begin();
+                call();
+            },
+            Qt::QueuedConnection);
+    }
     handOver.Wait();
 }

@@ -107,13 +107,13 @@ CSign SignOf(ERequestIcon icon)
 // A tick on a tile.
 QIcon ProgramIcon()
 {
-    return QIcon(Drawn([](QPainter& painter) {
+    return Drawn([](QPainter& painter) {
         painter.setBrush(QColor(60, 116, 186));
         painter.drawRoundedRect(QRectF(0.5, 0.5, 15, 15), 3.5, 3.5);
         painter.setPen(QPen(Qt::white, 2.2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
         QPointF const tick[] = {{4, 8.4}, {7, 11.2}, {12.2, 5}};
         painter.drawPolyline(tick, 3);
-    }));
+    });
 }
 
 QIcon CommandIcon(ECommandIcon icon, QPalette const& palette)
@@ -129,7 +129,7 @@ QIcon CommandIcon(ECommandIcon icon, QPalette const& palette)
 QIcon RequestIcon(ERequestIcon icon)
 {
     CSign const sign = SignOf(icon);
-    return QIcon(Drawn([&](QPainter& painter) {
+    return Drawn([&](QPainter& painter) {
         painter.setBrush(sign.m_Color);
         painter.drawEllipse(QRectF(0.5, 0.5, 15, 15));
         QFont font;
@@ -138,5 +138,5 @@ QIcon RequestIcon(ERequestIcon icon)
         painter.setFont(font);
         painter.setPen(Qt::white);
         painter.drawText(QRectF(0.5, 0.5, 15, 15), Qt::AlignCenter, sign.m_Character);
-    }));
+    });
 }

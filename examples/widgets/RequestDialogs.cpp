@@ -81,7 +81,7 @@ void CRequestDialog::AddButtons(CRequestTexts const& texts)
             m_Buttons->addButton(ButtonText(texts.m_Accept), QDialogButtonBox::AcceptRole);
         button->setDefault(true);
         button->setFocus(); // what has more to ask takes it over
-        connect(button, &QPushButton::clicked, this, [this] { Accept(); });
+        connect(button, &QPushButton::clicked, this, [this] { AcceptRequest(); });
     }
     if (!texts.m_Reject.isEmpty())
         connect(m_Buttons->addButton(ButtonText(texts.m_Reject), QDialogButtonBox::RejectRole),
@@ -106,7 +106,7 @@ void CRequestDialog::SetAcceptable(bool acceptable)
             button->setEnabled(acceptable);
 }
 
-void CRequestDialog::Accept()
+void CRequestDialog::AcceptRequest()
 {
     m_Reply = EReply::Accepted;
     accept();
@@ -157,7 +157,7 @@ QString BaseText(int base)
     case 16:
         return CIntegerDialog::tr(", in hexadecimal digits");
     default:
-        return QString();
+        return {};
     }
 }
 
@@ -215,7 +215,7 @@ CItemsDialog::CItemsDialog(QWidget* parent, CRequestTexts const& texts, std::uin
     connect(m_List, &QListWidget::itemChanged, this, [this] { OnChanged(); });
     connect(m_List, &QListWidget::itemSelectionChanged, this, [this] { OnChanged(); });
     if (choice == EChoice::One)
-        connect(m_List, &QListWidget::itemDoubleClicked, this, [this] { Accept(); });
+        connect(m_List, &QListWidget::itemDoubleClicked, this, [this] { AcceptRequest(); });
     AddToBody(m_List);
     m_List->setFocus();
     OnChanged();

@@ -46,7 +46,7 @@ protected:
     /// Adds what the request is about, above the countdown.
     void AddToBody(QWidget* widget);
     void SetAcceptable(bool acceptable);
-    void Accept();
+    void AcceptRequest();
 
 private:
     QBoxLayout* BuildHead(QString const& text, ERequestIcon icon);

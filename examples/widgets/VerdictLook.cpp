@@ -41,5 +41,5 @@ QIcon VerdictDot(TEST_STATUS verdict, QPalette const& palette, int size)
     double const margin = size * 0.75;
     painter.drawEllipse(QRectF(pixmap.rect()).adjusted(margin, margin, -margin, -margin));
     painter.end();
-    return QIcon(pixmap);
+    return pixmap;
 }

@@ -27,7 +27,7 @@ EExitCode ExitCodeOf(TEST_STATUS verdict)
 
 std::sig_atomic_t volatile interrupted = 0;
 
-extern "C" void OnInterrupt(int)
+extern "C" void OnInterrupt(int /*number*/)
 {
     interrupted = 1;
 }
