@@ -322,6 +322,30 @@ TEST_F(CMainWindowTest, TellsWhenItIsClosedAndItsSuiteHasEnded)
     EXPECT_EQ(closed, 1);
 }
 
+TEST_F(CMainWindowTest, ClosesItsPickerOfFoldersWithItself)
+{
+    m_Operator.Then([this](QDialog& picker) {
+        CloseByManager(Window());
+        EXPECT_FALSE(picker.isVisible());
+        picker.reject();
+    });
+    ClickButton(Window(), "Folder");
+    EXPECT_FALSE(Window().isVisible());
+}
+
+// No checkpoint comes any more between the last case and the report.
+TEST_F(CMainWindowTest, AsksForNoReportWhenItIsClosedDuringTheLastCase)
+{
+    m_Operator.Then(Reject).Then(Reject);
+    m_Options.m_Copy = [this](auto const& from, auto const& to, ECopyFailType type) {
+        if (std::string(to.data(), to.size()).find("/refused/loop") != std::string::npos)
+            CallIn(*m_Window, [this] { CloseByManager(*m_Window); });
+        return TqCopyFile(from, to, type);
+    };
+    Run();
+    EXPECT_EQ(m_Operator.Seen(), 2);
+}
+
 TEST_F(CMainWindowTest, LeavesNoSignalerBehind)
 {
     Window();
