@@ -15,6 +15,8 @@
 
 /// The spelling of the char view in the signals. A string-based connection must
 /// spell it so in the slot, too: SLOT(Show(EUIMode,std::uint32_t,sv_wrapper)).
+/// Qt looks types up by name there: it takes `basic_sv_wrapper<char>` for the
+/// same type, and refuses every other alias with a warning only.
 using sv_wrapper = basic_sv_wrapper<char>;
 
 /// Every request of a running test to its operator, as a Qt signal. The library
@@ -58,6 +60,7 @@ Q_SIGNALS:
     bool AbortTestSuite(bool);
 
     /// A choice between two; the receiver writes `*returnValue`.
+    /// Deliberate: the mode is called `uiType` here, and `mode` in all others.
     void BooleanChoice(EUIMode uiType, std::uint32_t timeout, sv_wrapper const& text,
                        bool* returnValue, sv_wrapper const& truePromptText,
                        sv_wrapper const& falsePromptText,

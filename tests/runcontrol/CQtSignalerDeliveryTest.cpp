@@ -3,6 +3,7 @@
 #include "Requests.h"
 #include "Threads.h"
 
+#include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 
 #include <tuple>
@@ -377,4 +378,58 @@ TEST(CQtSignalerResults, ReplaceTheFilesOfTheCaller)
         Q_ARG(sv_wrapper, text), Q_ARG(sv_wrapper, text), Q_ARG(sv_wrapper, text)));
     EXPECT_EQ(Text(result.get()), "['one','two']");
     EXPECT_EQ(released, 1);
+}
+
+// Nothing is left of what the caller's result held before.
+TEST(CQtSignalerResults, OfSignalsWithoutAReceiverReplaceTheCallers)
+{
+    using Picked = std::optional<std::vector<CSafeString>>;
+    CQtSignaler signaler;
+    bool const offered = true;
+    bool abort = true;
+    EXPECT_TRUE(SignalerMethod(1).invoke(&signaler, Qt::DirectConnection, Q_RETURN_ARG(bool, abort),
+                                         Q_ARG(bool, offered)));
+    EXPECT_FALSE(abort);
+
+    sv_wrapper const text("text");
+    std::optional<CSafeString> folder("a folder that was there before");
+    EXPECT_TRUE(SignalerMethod(8).invoke(
+        &signaler, Qt::DirectConnection, Q_RETURN_ARG(std::optional<CSafeString>, folder),
+        Q_ARG(sv_wrapper, text), Q_ARG(sv_wrapper, text), Q_ARG(sv_wrapper, text)));
+    EXPECT_EQ(Text(folder), "empty");
+
+    int released = 0;
+    Picked old;
+    custom_unique_ptr<Picked> files(&old, [&](Picked*) { ++released; });
+    EXPECT_TRUE(SignalerMethod(9).invoke(
+        &signaler, Qt::DirectConnection,
+        QGenericReturnArgument(SignalerMethod(9).typeName(), &files), Q_ARG(sv_wrapper, text),
+        Q_ARG(sv_wrapper, text), Q_ARG(sv_wrapper, text), Q_ARG(sv_wrapper, text)));
+    EXPECT_EQ(Text(files.get()), "null");
+    EXPECT_EQ(released, 1);
+}
+
+// Qt looks the spellings of both sides up by name, and refuses those that it does not know.
+TEST(CQtSignaler, IsNotConnectedByStringToASlotThatSpellsTheViewByAnotherAlias)
+{
+    CQtSignaler signaler;
+    COtherSpellings receiver;
+    QMetaObject::Connection connection;
+    EXPECT_NONFATAL_FAILURE(
+        connection =
+            QObject::connect(&signaler, SIGNAL(PickDirectory(sv_wrapper, sv_wrapper, sv_wrapper)),
+                             &receiver, SLOT(PickByAlias(ViewAlias, ViewAlias, ViewAlias))),
+        "Incompatible sender/receiver arguments");
+    EXPECT_FALSE(connection);
+}
+
+TEST(CQtSignaler, IsConnectedByStringToASlotThatSpellsTheViewByItsOwnName)
+{
+    CQtSignaler signaler;
+    COtherSpellings receiver;
+    EXPECT_TRUE(QObject::connect(
+        &signaler, SIGNAL(PickDirectory(sv_wrapper, sv_wrapper, sv_wrapper)), &receiver,
+        SLOT(PickByOwnName(basic_sv_wrapper<char>, basic_sv_wrapper<char>,
+                           basic_sv_wrapper<char>))));
+    EXPECT_EQ(Text(signaler.PickDirectory("first", "", "")), "'first'");
 }

@@ -172,3 +172,16 @@ void COperator::UpdateResults()
 {
     Remember("UpdateResults");
 }
+
+std::optional<CSafeString> COtherSpellings::PickByAlias(ViewAlias const& first, ViewAlias const&,
+                                                        ViewAlias const&)
+{
+    return CSafeString(first);
+}
+
+std::optional<CSafeString> COtherSpellings::PickByOwnName(basic_sv_wrapper<char> const& first,
+                                                          basic_sv_wrapper<char> const&,
+                                                          basic_sv_wrapper<char> const&)
+{
+    return CSafeString(first);
+}

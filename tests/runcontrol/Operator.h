@@ -89,6 +89,21 @@ private:
     QThread* m_LastThread = nullptr;
 };
 
+using ViewAlias = sv_wrapper;
+
+/// Spells the view in its slots by other names than the signals.
+class COtherSpellings : public QObject
+{
+    Q_OBJECT
+
+public Q_SLOTS:
+    std::optional<CSafeString> PickByAlias(ViewAlias const& first, ViewAlias const& second,
+                                           ViewAlias const& third);
+    std::optional<CSafeString> PickByOwnName(basic_sv_wrapper<char> const& first,
+                                             basic_sv_wrapper<char> const& second,
+                                             basic_sv_wrapper<char> const& third);
+};
+
 /// A thread with an event loop, ended with its object. Objects moved to it are
 /// to be destroyed after it.
 class CEventThread
