@@ -1,3 +1,5 @@
+#include "Allocations.h"
+
 #include <BaseUtilities/CQtSignaler.h>
 
 #include <gtest/gtest.h>
@@ -5,8 +7,11 @@
 #include <QByteArrayList>
 #include <QMetaMethod>
 
+#include <cstring>
 #include <map>
+#include <new>
 #include <string>
+#include <type_traits>
 
 namespace
 {
@@ -112,7 +117,8 @@ std::map<std::string, QMetaType> TypesByName()
         for (QByteArray const& name : names)
             types[name.toStdString()] = QMetaType::fromName(name);
     }
-    for (char const* const name : {"CQtSignaler", "CQtSignaler*"})
+    for (char const* const name : {"CQtSignaler", "CQtSignaler*", "basic_sv_wrapper<char>", "int*",
+                                   "unsigned long*", "std::vector<int>**"})
         types[name] = QMetaType::fromName(name);
     return types;
 }
@@ -129,7 +135,8 @@ TEST_P(CQtSignalerMethod, HasItsSignature)
 
 TEST_P(CQtSignalerMethod, HasANormalisedSignature)
 {
-    EXPECT_EQ(QMetaObject::normalizedSignature(Row().signature), QByteArray(Row().signature));
+    QByteArray const signature = Method().methodSignature();
+    EXPECT_EQ(QMetaObject::normalizedSignature(signature), signature);
 }
 
 TEST_P(CQtSignalerMethod, ReturnsItsType)
@@ -456,6 +463,11 @@ TEST(CQtSignalerTypes, DefaultConstructsEmptyResults)
     auto* const owner = static_cast<Files*>(files.create());
     EXPECT_EQ(*owner, nullptr);
     files.destroy(owner);
+
+    QMetaType const listOfTexts = QMetaType::fromType<std::vector<CSafeString>>();
+    auto* const texts = static_cast<std::vector<CSafeString>*>(listOfTexts.create());
+    EXPECT_TRUE(texts->empty());
+    listOfTexts.destroy(texts);
 }
 
 TEST(CQtSignalerTypes, MakesTheClassAQObjectTypeByNameAtLoad)
@@ -466,6 +478,51 @@ TEST(CQtSignalerTypes, MakesTheClassAQObjectTypeByNameAtLoad)
     EXPECT_EQ(typesAtLoad.at("CQtSignaler"), MetaObject().metaType());
 }
 
+// The meta-object spells the types by other names than these.
+TEST(CQtSignalerTypes, ResolveByTheirOwnNamesAtLoad)
+{
+    EXPECT_EQ(typesAtLoad.at("basic_sv_wrapper<char>"), QMetaType::fromType<sv_wrapper>());
+    EXPECT_EQ(typesAtLoad.at("int*"), QMetaType::fromType<int*>());
+    EXPECT_EQ(typesAtLoad.at("unsigned long*"), QMetaType::fromType<unsigned long*>());
+    EXPECT_EQ(typesAtLoad.at("std::vector<int>**"), QMetaType::fromType<std::vector<int>**>());
+}
+
+// What callers write; the meta-object does not tell references from values.
+TEST(CQtSignaler, HasTheMemberSignaturesOfItsSignals)
+{
+    using S = CQtSignaler;
+    using View = basic_sv_wrapper<char> const&;
+    using Texts = std::vector<CSafeString> const&;
+    using Prompt = gui::EAbortPromptState;
+    using Text = std::optional<CSafeString>;
+    static_assert(std::is_same_v<decltype(&S::RefreshDone), void (S::*)()>);
+    static_assert(std::is_same_v<decltype(&S::AbortTestSuite), bool (S::*)(bool)>);
+    static_assert(
+        std::is_same_v<decltype(&S::BooleanChoice),
+                       void (S::*)(EUIMode, std::uint32_t, View, bool*, View, View, Prompt, View)>);
+    static_assert(std::is_same_v<decltype(&S::GetInteger),
+                                 void (S::*)(EUIMode, std::uint32_t, View, View, std::uintptr_t*,
+                                             ENumericBase, bool, std::uintptr_t, std::uintptr_t,
+                                             View, View, Prompt, View)>);
+    static_assert(std::is_same_v<decltype(&S::SelectItem),
+                                 void (S::*)(EUIMode, std::uint32_t, View, Texts, std::int32_t*,
+                                             View, View, Prompt, View)>);
+    static_assert(
+        std::is_same_v<decltype(&S::SelectMultipleItems),
+                       void (S::*)(EUIMode, std::uint32_t, View, Texts, std::vector<std::int32_t>**,
+                                   View, View, Prompt, View)>);
+    static_assert(
+        std::is_same_v<decltype(&S::ShowInfo), void (S::*)(EUIMode, std::uint32_t, View, bool, View,
+                                                           EUIEmphasis, Prompt, View)>);
+    static_assert(
+        std::is_same_v<decltype(&S::PickSingleFile), Text (S::*)(View, View, View, View)>);
+    static_assert(std::is_same_v<decltype(&S::PickDirectory), Text (S::*)(View, View, View)>);
+    static_assert(
+        std::is_same_v<decltype(&S::PickMultipleFiles), Files (S::*)(View, View, View, View)>);
+    static_assert(std::is_same_v<decltype(&S::CloseUserInput), void (S::*)(bool)>);
+    static_assert(std::is_same_v<decltype(&S::UpdateResults), void (S::*)()>);
+}
+
 TEST(CQtSignaler, HasNoParentAtFirst)
 {
     CQtSignaler const signaler;
@@ -474,8 +531,12 @@ TEST(CQtSignaler, HasNoParentAtFirst)
 
 TEST(CQtSignaler, HasNotCompletedARefreshAtFirst)
 {
-    CQtSignaler const signaler;
-    EXPECT_FALSE(signaler.RefreshCompleted());
+    // Made where something else was: the flag's place is not 0 by chance.
+    alignas(CQtSignaler) unsigned char place[sizeof(CQtSignaler)];
+    std::memset(place, 1, sizeof place);
+    auto* const signaler = new (place) CQtSignaler;
+    EXPECT_FALSE(signaler->RefreshCompleted());
+    signaler->~CQtSignaler();
 }
 
 TEST(CQtSignaler, RemembersACompletedRefreshUntilTheNextBegins)
@@ -505,11 +566,12 @@ TEST(CQtSignaler, KeepsTheRefreshFlagWhenSignalsAreEmitted)
     EXPECT_TRUE(signaler.RefreshCompleted());
 }
 
-TEST(CQtSignaler, IsDestroyedThroughItsBase)
+TEST(CQtSignaler, IsDestroyedWholeThroughItsBase)
 {
-    bool destroyed = false;
+    CAllocationCounter const during;
     QObject* const object = new CQtSignaler;
-    QObject::connect(object, &QObject::destroyed, [&destroyed] { destroyed = true; });
+    new QObject(object);
+    EXPECT_GT(during.Live(), 1);
     delete object;
-    EXPECT_TRUE(destroyed);
+    EXPECT_EQ(during.Live(), 0);
 }
