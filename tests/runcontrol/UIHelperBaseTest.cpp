@@ -1,3 +1,4 @@
+#include "Allocations.h"
 #include "Threads.h"
 
 #include <BaseUtilities/CQtSignaler.h>
@@ -164,6 +165,41 @@ TEST_P(UIHelperBaseNameDeathTest, IsNotChangedByLaterNames)
             std::_Exit(0);
         },
         testing::ExitedWithCode(0), "");
+}
+
+// A first call that fails makes no text, and the next one decides.
+TEST(UIHelperBaseFirstNameDeathTest, LeavesNothingWhenItsAllocationFails)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    auto const nameTwice = [] {
+        bool threw = false;
+        try {
+            CAllocationFailure const failure(1);
+            UIHelperBase::AppName("Torqel");
+        } catch (std::bad_alloc const&) {
+            threw = true;
+        }
+        ExitUnless(threw, 1);
+        ExitUnless(UIHelperBase::m_AppName == nullptr, 2);
+        UIHelperBase::AppName("");
+        ExitUnless(IsOneCharacter(UIHelperBase::m_AppName, '\0'), 3);
+        std::_Exit(0);
+    };
+    EXPECT_EXIT(nameTwice(), testing::ExitedWithCode(0), "");
+}
+
+// What is registered first is called last.
+TEST(UIHelperBaseFirstNameDeathTest, LastsUntilTheProcessExitsAndIsReleasedThen)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    auto const nameAndExit = [] {
+        static CAllocationCounter const during;
+        std::atexit([] { std::_Exit(during.Live() == 0 ? 0 : 1); });
+        UIHelperBase::AppName("Torqel");
+        ExitUnless(during.Live() != 0, 2);
+        std::exit(3);
+    };
+    EXPECT_EXIT(nameAndExit(), testing::ExitedWithCode(0), "");
 }
 
 TEST_F(UIHelperBaseTest, PointsAtTheSameTextAgainAfterTheMemberWasChanged)
