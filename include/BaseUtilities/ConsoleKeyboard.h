@@ -15,7 +15,8 @@
 //
 // Threads: one console thread; two at once could restore each other's changes.
 
-/// Waits for one character; EOF at the end of input.
+/// Waits for one character; EOF at the end of input, and when a handler that
+/// does not restart system calls interrupts the wait.
 BASEUTILITIES_EXPORT int oss_getch();
 
 /// The character that waits, or nothing; never waits itself.

@@ -1,5 +1,6 @@
 #include "PseudoTerminal.h"
 #include "TemporaryFolder.h"
+#include "TerminalCalls.h"
 
 #include <BaseUtilities/ConsoleKeyboard.h>
 
@@ -12,8 +13,10 @@
 #include <functional>
 #include <thread>
 #include <type_traits>
+#include <vector>
 
 #include <fcntl.h>
+#include <pthread.h>
 #include <sched.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -91,6 +94,32 @@ protected:
 
     CPseudoTerminal m_Terminal;
     CStandardInput m_Input{m_Terminal.Slave()};
+};
+
+class ConsoleKeyboardCalls : public ConsoleKeyboard
+{
+protected:
+    using Calls = std::vector<std::string>;
+
+    void SetUp() override
+    {
+        if (!CanInterceptTerminalCalls())
+            GTEST_SKIP() << "the sanitizer's runtime is in the program and goes first";
+    }
+
+    template <auto Function>
+    Calls CallsOf()
+    {
+        Calls (*const call)() = [] {
+            CTerminalCalls const during;
+            Function();
+            return during.Get();
+        };
+        return CallWhile(call, [](std::atomic<bool> const&) {});
+    }
+
+    std::string const m_Change = "0 set now " + Text(WithoutKeyModes(m_Terminal.Attributes()));
+    std::string const m_Restore = "0 set now " + Text(m_Terminal.Attributes());
 };
 } // namespace
 
@@ -181,6 +210,25 @@ TEST_F(ConsoleKeyboard, WaitsForAsManyKeysAsTheTerminalIsToldTo)
                   m_Terminal.Type("b");
               }),
               'a');
+}
+
+TEST_F(ConsoleKeyboardCalls, KeepChangeAndRestoreTheAttributesAtOnceForARead)
+{
+    m_Terminal.TypeAndWaitForEcho("k");
+    EXPECT_EQ(CallsOf<&oss_getch>(), (Calls{"0 get", m_Change, m_Restore}));
+}
+
+TEST_F(ConsoleKeyboardCalls, AskForTheCountBetweenTheChangesForAQuery)
+{
+    EXPECT_EQ(CallsOf<&oss_query_getch>(), (Calls{"0 get", m_Change, "0 count 0", m_Restore}));
+}
+
+// The read within the query keeps, changes and restores once more.
+TEST_F(ConsoleKeyboardCalls, AreThoseOfAReadWithinThoseOfAQueryThatFindsAKey)
+{
+    m_Terminal.TypeAndWaitForEcho("k");
+    EXPECT_EQ(CallsOf<&oss_query_getch>(),
+              (Calls{"0 get", m_Change, "0 count 0", "0 get", m_Change, m_Change, m_Restore}));
 }
 
 TEST_F(ConsoleKeyboard, ReturnsKeysTypedAheadOneByOne)
@@ -281,6 +329,49 @@ TEST(ConsoleKeyboardSignal, LeavesTheTerminalChangedWhenASignalEndsTheRead)
     EXPECT_EQ(Text(terminal.Attributes()), Text(WithoutKeyModes(before)));
 }
 
+// A handler installed to interrupt system calls; the former one comes back at the end.
+namespace
+{
+class CInterruptingHandler
+{
+public:
+    CInterruptingHandler()
+    {
+        struct sigaction action = {};
+        action.sa_handler = [](int) {};
+        sigaction(SIGUSR1, &action, &m_Former);
+    }
+    CInterruptingHandler(CInterruptingHandler const&) = delete;
+    CInterruptingHandler& operator=(CInterruptingHandler const&) = delete;
+    ~CInterruptingHandler() { sigaction(SIGUSR1, &m_Former, nullptr); }
+
+private:
+    struct sigaction m_Former = {};
+};
+} // namespace
+
+TEST_F(ConsoleKeyboard, EndsAnInterruptedReadAndRestoresEveryAttribute)
+{
+    CInterruptingHandler const handler;
+    std::string const before = Text(m_Terminal.Attributes());
+    std::atomic<bool> ended{false};
+    int key = -2;
+    std::thread reader([&] {
+        key = oss_getch();
+        ended = true;
+    });
+    pthread_t const id = reader.native_handle();
+    // One signal may come before the read waits; the next ones then do not.
+    bool const interrupted =
+        ComesToHold([&] { return ended || (pthread_kill(id, SIGUSR1), false); });
+    if (!interrupted)
+        m_Terminal.HangUp();
+    reader.join();
+    EXPECT_TRUE(interrupted);
+    EXPECT_EQ(key, EOF);
+    EXPECT_EQ(Text(m_Terminal.Attributes()), before);
+}
+
 // Where standard input is no terminal, it is a plain stream.
 TEST(ConsoleKeyboardWithoutTerminal, ReadsAPipeToItsEnd)
 {
@@ -335,6 +426,13 @@ TEST(ConsoleKeyboardWithoutTerminal, FindsNothingAndTheEndAtAClosedDescriptor)
     CStandardInput const input(CStandardInput::closed);
     EXPECT_EQ(oss_query_getch(), std::nullopt);
     EXPECT_EQ(oss_getch(), EOF);
+}
+
+TEST(ConsoleKeyboardFunctions, HaveResultsOfTheirExactTypes)
+{
+    static_assert(std::is_same_v<decltype(oss_getch()), int>);
+    static_assert(std::is_same_v<decltype(oss_query_getch()), std::optional<int>>);
+    static_assert(std::is_same_v<decltype(&oss_set_current_code_page), void (*)(unsigned int)>);
 }
 
 TEST(CodePage, IsAlwaysThatOfUtf8)
