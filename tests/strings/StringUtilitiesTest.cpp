@@ -548,12 +548,15 @@ TEST(LetterCase, OfEmptyTextIsEmpty)
     EXPECT_EQ(Bytes(ToLower(basic_sv_wrapper<char>())), "");
 }
 
+// Writable, so that nothing but the functions themselves keeps it as it was.
 TEST(LetterCase, LeavesTheArgumentAsItWas)
 {
-    std::string const text = "aB";
-    ToUpper(text);
-    ToLower(text);
-    EXPECT_EQ(text, "aB");
+    char text[] = "aB, longer than what a string keeps in itself";
+    std::string const before = text;
+    EXPECT_NE(ToUpper(text), text);
+    EXPECT_EQ(text, before);
+    EXPECT_NE(ToLower(text), text);
+    EXPECT_EQ(text, before);
 }
 
 TEST(LetterCase, RefusesANullTextWithALength)
