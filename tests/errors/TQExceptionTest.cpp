@@ -7,9 +7,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <exception>
 #include <functional>
+#include <iterator>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -437,6 +440,30 @@ TEST(DoMakeWhatString, HoldsOneTextForAllThreads)
         TQException::DoMakeWhatString("another one too long for any small buffer inside a string");
         EXPECT_EQ(during.Live(), 0); // the other thread's text is released
     });
+}
+
+// The holder is made first, and only then is the text refused: these calls meet in nothing but the
+// making, which ThreadSanitizer watches. A process of its own, so that they are the first.
+TEST(DoMakeWhatStringDeathTest, MakesItsHolderOnceForConcurrentFirstCalls)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    auto const makeAtOnce = [] {
+        bool refused[8] = {};
+        CBarrier start(8);
+        RunOnThreads(8, [&](unsigned index) {
+            start.Wait();
+            try {
+                TQException::DoMakeWhatString(basic_sv_wrapper<char>(nullptr, 3));
+            } catch (std::logic_error const&) {
+                refused[index] = true;
+            }
+        });
+        bool const all =
+            std::all_of(std::begin(refused), std::end(refused), [](bool one) { return one; });
+        bool const works = std::strcmp(TQException::DoMakeWhatString("text"), "text") == 0;
+        std::exit(all && works ? 0 : 1); // not at once: ThreadSanitizer has its say, too
+    };
+    EXPECT_EXIT(makeAtOnce(), testing::ExitedWithCode(0), "");
 }
 
 TEST(DoMakeWhatString, FailedAllocationKeepsTheHeldText)
