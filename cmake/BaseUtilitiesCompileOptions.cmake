@@ -1,5 +1,16 @@
 # Private options of this project's own targets; nothing here reaches a consumer.
 
+# Every process adds its counts to one file for each program and module, wherever it runs and
+# whatever its environment; the counts of threads are exact.
+if(BASEUTILITIES_COVERAGE)
+    if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang" OR CMAKE_CXX_COMPILER_VERSION VERSION_LESS 19)
+        message(FATAL_ERROR "Coverage is measured with clang 19 or later (script/coverage).")
+    endif()
+    set(BASEUTILITIES_COVERAGE_OPTIONS
+        "-fprofile-instr-generate=${PROJECT_BINARY_DIR}/profiles/%m.profraw"
+        -fprofile-update=atomic)
+endif()
+
 function(baseutilities_compile_options target)
     target_compile_features(${target} PRIVATE cxx_std_17)
     set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
@@ -13,8 +24,9 @@ function(baseutilities_compile_options target)
         target_link_options(${target} PRIVATE ${flags})
     endif()
     if(BASEUTILITIES_COVERAGE)
-        target_compile_options(${target} PRIVATE --coverage -fprofile-abs-path)
-        target_link_options(${target} PRIVATE --coverage)
+        target_compile_options(${target} PRIVATE
+            ${BASEUTILITIES_COVERAGE_OPTIONS} -fcoverage-mapping -fcoverage-mcdc)
+        target_link_options(${target} PRIVATE ${BASEUTILITIES_COVERAGE_OPTIONS})
     endif()
 endfunction()
 

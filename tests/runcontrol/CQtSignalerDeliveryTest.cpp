@@ -283,7 +283,7 @@ class CQtSignalerResult : public testing::TestWithParam<AssignmentRow>
 protected:
     void SetUp() override
     {
-        auto const pick = [this] { return GetParam().picked; };
+        auto const pick = [] { return GetParam().picked; };
         QObject::connect(&m_Signaler, &CQtSignaler::PickSingleFile, pick);
         QObject::connect(&m_Signaler, &CQtSignaler::PickDirectory, pick);
     }

@@ -353,7 +353,7 @@ std::string AllBytes()
 struct SLetterCase
 {
     char const* m_Name;
-    CSafeString (*m_Convert)(View const&);
+    CSafeString (*m_Convert)(View);
     int (*m_ConvertByte)(int);
 };
 
