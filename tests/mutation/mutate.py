@@ -399,17 +399,22 @@ class Equivalents:
                 if mutant.after == after:
                     self.used.add((index, after))
                     found = True
-            if mutant.fault.kind == entry.get("kind"):
-                self.used.add((index, entry["kind"]))
+            if mutant.fault.kind in kinds_of(entry):
+                self.used.add((index, mutant.fault.kind))
                 found = True
         return found
 
     def stale(self, files):
         """Entries about a file that name no fault of it any more."""
         for index, entry in enumerate(self.entries):
-            for named in [*entry.get("after", []), *filter(None, [entry.get("kind")])]:
+            for named in entry.get("after", []) + kinds_of(entry):
                 if entry["file"] in files and (index, named) not in self.used:
                     yield f"{entry['file']}: {entry['before']}: {named}"
+
+
+def kinds_of(entry):
+    """The kinds of fault that an argument is about as a whole."""
+    return entry.get("kinds", [])
 
 
 class SelfCheck:
