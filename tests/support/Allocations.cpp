@@ -1,5 +1,9 @@
 #include "Allocations.h"
 
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cerrno>
 #include <cstddef>
 #include <cstdlib>
 
@@ -17,17 +21,24 @@
 namespace
 {
 // Plain data only: these are used before and after every constructor of the thread.
-thread_local unsigned long allocated = 0;
-thread_local unsigned long released = 0;
+thread_local unsigned long allocated[2] = {0, 0}; // by EAllocator, as all of these
+thread_local unsigned long released[2] = {0, 0};
 thread_local unsigned long untilFailure[2] = {0, 0}; // 0: no failure is armed
 thread_local bool failureHappened = false;
+std::atomic<int> allFailures = 0; // of the process
+
+int Index(EAllocator allocator)
+{
+    return static_cast<int>(allocator);
+}
 
 bool MustFail(EAllocator allocator)
 {
-    unsigned long& remaining = untilFailure[static_cast<int>(allocator)];
+    unsigned long& remaining = untilFailure[Index(allocator)];
     if (remaining == 0 || --remaining != 0)
         return false;
     failureHappened = true;
+    ++allFailures;
     return true;
 }
 
@@ -38,7 +49,7 @@ void* Allocate(std::size_t size)
     void* const block = std::malloc(size == 0 ? 1 : size);
     if (block == nullptr)
         throw std::bad_alloc();
-    ++allocated;
+    ++allocated[Index(EAllocator::New)];
     return block;
 }
 
@@ -46,21 +57,42 @@ void Release(void* block) noexcept
 {
     if (block == nullptr)
         return;
-    ++released;
+    ++released[Index(EAllocator::New)];
     std::free(block);
 }
+
+class CFailuresPerTest : public testing::EmptyTestEventListener
+{
+private:
+    void OnTestEnd(testing::TestInfo const&) override
+    {
+        if (int const failures = allFailures.exchange(0))
+            testing::Test::RecordProperty("allocationFaults", failures);
+    }
+};
+
+[[maybe_unused]] bool const isListening = [] {
+    testing::UnitTest::GetInstance()->listeners().Append(new CFailuresPerTest);
+    return true;
+}();
 } // namespace
 
-CAllocationCounter::CAllocationCounter() : m_Allocated(allocated), m_Released(released) {}
+CAllocationCounter::CAllocationCounter(EAllocator allocator)
+    : m_Allocator(allocator),
+      m_Allocated(allocated[Index(allocator)]),
+      m_Released(released[Index(allocator)])
+{
+}
 
 unsigned long CAllocationCounter::Count() const
 {
-    return allocated - m_Allocated;
+    return allocated[Index(m_Allocator)] - m_Allocated;
 }
 
 long CAllocationCounter::Live() const
 {
-    return static_cast<long>(allocated - m_Allocated) - static_cast<long>(released - m_Released);
+    return static_cast<long>(Count())
+           - static_cast<long>(released[Index(m_Allocator)] - m_Released);
 }
 
 bool CanFailMalloc()
@@ -71,7 +103,7 @@ bool CanFailMalloc()
 CAllocationFailure::CAllocationFailure(unsigned long number, EAllocator allocator)
 {
     failureHappened = false;
-    untilFailure[static_cast<int>(allocator)] = number;
+    untilFailure[Index(allocator)] = number;
 }
 
 CAllocationFailure::~CAllocationFailure()
@@ -120,20 +152,51 @@ extern "C" {
 void* __libc_malloc(std::size_t size);
 void* __libc_calloc(std::size_t count, std::size_t size);
 void* __libc_realloc(void* block, std::size_t size);
+void __libc_free(void* block);
+}
 
+namespace
+{
+bool MallocMustFail()
+{
+    if (!MustFail(EAllocator::Malloc))
+        return false;
+    errno = ENOMEM; // which callers rely on
+    return true;
+}
+
+void* Counted(void* block)
+{
+    if (block != nullptr)
+        ++allocated[Index(EAllocator::Malloc)];
+    return block;
+}
+} // namespace
+
+extern "C" {
 void* malloc(std::size_t size)
 {
-    return MustFail(EAllocator::Malloc) ? nullptr : __libc_malloc(size);
+    return MallocMustFail() ? nullptr : Counted(__libc_malloc(size));
 }
 
 void* calloc(std::size_t count, std::size_t size)
 {
-    return MustFail(EAllocator::Malloc) ? nullptr : __libc_calloc(count, size);
+    return MallocMustFail() ? nullptr : Counted(__libc_calloc(count, size));
 }
 
 void* realloc(void* block, std::size_t size)
 {
-    return MustFail(EAllocator::Malloc) ? nullptr : __libc_realloc(block, size);
+    if (MallocMustFail())
+        return nullptr;
+    void* const moved = __libc_realloc(block, size);
+    return block == nullptr ? Counted(moved) : moved;
+}
+
+void free(void* block)
+{
+    if (block != nullptr)
+        ++released[Index(EAllocator::Malloc)];
+    __libc_free(block);
 }
 }
 #endif

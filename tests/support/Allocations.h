@@ -2,33 +2,36 @@
 
 #include <new>
 
-/// Counts the calling thread's heap allocations by operator new, those inside
-/// the library included, from its construction on.
+/// Which allocations a CAllocationCounter counts and a CAllocationFailure fails.
+enum class EAllocator {
+    New,   ///< operator new, which throws std::bad_alloc
+    Malloc ///< malloc, calloc and realloc, which return null, also where operator new or Qt calls
+};
+
+/// False under the sanitizers, which own malloc themselves: then it is neither
+/// counted nor made to fail.
+bool CanFailMalloc();
+
+/// Counts the calling thread's heap allocations, those inside the library
+/// included, from its construction on.
 class CAllocationCounter
 {
 public:
-    CAllocationCounter();
+    explicit CAllocationCounter(EAllocator allocator = EAllocator::New);
     /// Allocations since construction.
     unsigned long Count() const;
     /// Allocations less releases since construction: 0 when nothing is kept or leaked.
     long Live() const;
 
 private:
+    EAllocator m_Allocator;
     unsigned long m_Allocated;
     unsigned long m_Released;
 };
 
-/// Which allocations a CAllocationFailure counts and fails.
-enum class EAllocator {
-    New,   ///< operator new throws std::bad_alloc
-    Malloc ///< malloc, calloc and realloc return null, also where operator new or Qt calls them
-};
-
-/// False under the sanitizers, which own malloc themselves.
-bool CanFailMalloc();
-
 /// Makes one of the calling thread's allocations fail while it lives: number
-/// `number` from now, 1 being the next.
+/// `number` from now, 1 being the next. How many failed in a test becomes its
+/// property "allocationFaults" in GoogleTest's report.
 class CAllocationFailure
 {
 public:
