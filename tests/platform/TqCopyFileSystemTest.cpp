@@ -4,10 +4,13 @@
 #include "Allocations.h"
 #include "ChildProcess.h"
 #include "CopyLandscape.h"
+#include "TransferHook.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <csignal>
+#include <cstdint>
 
 #include <sys/resource.h>
 #include <unistd.h>
@@ -186,4 +189,69 @@ TEST(TqCopyFile, LeavesAnOldFileTruncatedWhereTheCopyFails)
               }),
               "agrees");
     EXPECT_EQ(ReadFile(landscape / "old"), "");
+}
+
+namespace
+{
+struct CResize
+{
+    char const* name;
+    std::uintmax_t size; // of the source, once its copy has begun
+};
+
+class TqCopyFileResize : public testing::TestWithParam<CResize>
+{
+protected:
+    static constexpr std::uintmax_t Size = 256 * 1024;
+
+    /// What `copy` did while the source changed its size; "?" where nothing was transferred.
+    template <class Operation>
+    std::string WhileResizing(Operation const& copy) const
+    {
+        WriteFile(m_Source, contents);
+        CTransferHook const hook([this] { fs::resize_file(m_Source, GetParam().size); });
+        std::string const outcome = copy();
+        return hook.Happened() ? outcome : "?";
+    }
+
+    CCopyLandscape const m_Landscape;
+    std::string const m_Source = m_Landscape / "from";
+    std::string const m_Destination = m_Landscape / "new";
+};
+} // namespace
+
+INSTANTIATE_TEST_SUITE_P(DuringTheCopy, TqCopyFileResize,
+                         testing::Values(CResize{"ToNothing", 0}, CResize{"ToOneByte", 1},
+                                         CResize{"ToHalf", 128 * 1024},
+                                         CResize{"ByOneByte", 256 * 1024 - 1},
+                                         CResize{"ByOneByteMore", 256 * 1024 + 1}),
+                         [](auto const& row) { return row.param.name; });
+
+// Whether a copy of less than there was is one is the standard library's to say.
+TEST_P(TqCopyFileResize, EndsAsTheStandardCopyDoes)
+{
+    std::string const expected = WhileResizing([&] {
+        std::error_code code;
+        fs::copy(m_Source, m_Destination, fs::copy_options::overwrite_existing, code);
+        return code ? Threw("Unable to copy file '" + m_Source + "' to ." + m_Destination
+                            + "':\n   status = " + std::to_string(code.value()) + " ("
+                            + code.message() + ")")
+                    : "returned " + m_Destination;
+    });
+    if (expected == "?")
+        GTEST_SKIP() << "the standard library transfers by reading and writing";
+    EXPECT_EQ(WhileResizing([&] { return Copy(m_Source, m_Destination); }), expected);
+    std::string const reported =
+        WhileResizing([&] { return Copy(m_Source, m_Destination, ECopyFailType::Report); });
+    EXPECT_EQ(reported, expected.front() == 'r' ? expected : "returned nothing");
+}
+
+TEST_P(TqCopyFileResize, LeavesNoMoreThanThereWas)
+{
+    std::string const outcome = WhileResizing([&] { return Copy(m_Source, m_Destination); });
+    if (outcome == "?")
+        GTEST_SKIP() << "the standard library transfers by reading and writing";
+    std::string const copied = ReadFile(m_Destination);
+    EXPECT_EQ(contents.compare(0, copied.size(), copied), 0);
+    EXPECT_LE(copied.size(), std::min(Size, GetParam().size));
 }
