@@ -532,11 +532,21 @@ def chosen_files(patterns):
     return files
 
 
+def of_each_kind(mutants, number, seed):
+    """So many faults of each kind, or all where there are fewer."""
+    chosen = []
+    for kind in sorted({mutant.fault.kind for mutant in mutants}):
+        alike = [mutant for mutant in mutants if mutant.fault.kind == kind]
+        chosen += random.Random(seed).sample(alike, min(number, len(alike)))
+    return chosen
+
+
 def arguments():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("--build", default="build/mutation", help="a build with its tests")
     parser.add_argument("--file", action="append", help="pattern of the files to plant faults in")
     parser.add_argument("--sample", type=int, help="so many faults, chosen by the seed")
+    parser.add_argument("--of-each-kind", type=int, help="so many of each kind, by the seed")
     parser.add_argument("--seed", default="1")
     parser.add_argument("--list", action="store_true", help="only print the faults")
     parser.add_argument("--report", action="store_true", help="only print what is known already")
@@ -562,6 +572,9 @@ def main():
     stale = list(equivalents.stale(files))
     if options.sample and options.sample < len(mutants):
         mutants = random.Random(options.seed).sample(mutants, options.sample)
+    if options.of_each_kind:
+        unargued = [mutant for mutant in mutants if mutant.key not in argued]
+        mutants = of_each_kind(unargued, options.of_each_kind, options.seed)
     folder = PROJECT / options.build
     bench = Bench(folder, options.limit)
     run = Run(bench, folder / "mutation" / "results.json", options.again)
