@@ -12,6 +12,7 @@ A call that the tables below do not know fails the run: nothing is left out sile
 """
 
 import collections
+import concurrent.futures
 import errno
 import os
 import pathlib
@@ -421,6 +422,7 @@ class Checker:
         self.is_quick = is_quick
         self.injected = collections.Counter()
         self.findings = []
+        self.pool = concurrent.futures.ThreadPoolExecutor(os.cpu_count())
 
     def differences(self, run, expected):
         made = next((text for name, text in run.targets.items()
@@ -443,9 +445,10 @@ class Checker:
         return run if re.search(rf"^(\d+ +)?{syscall}\(.*\(INJECTED\)", run.trace, re.M) else None
 
     def check(self, operation, name, kind, syscall, number, verdict, options=()):
-        errors = ERRORS[kind].split()
-        for error in errors[:2] if self.is_quick else errors:
-            run = self.inject(operation, syscall, number, error, options)
+        errors = ERRORS[kind].split()[:2 if self.is_quick else None]
+        runs = self.pool.map(
+            lambda error: self.inject(operation, syscall, number, error, options), errors)
+        for error, run in zip(errors, runs):
             if run is None:
                 self.findings.append(f"{operation}: {name}: {error} was not injected")
                 continue
