@@ -12,15 +12,14 @@ namespace
 using CaseTable = std::array<std::int32_t, 256>;
 
 // That of the POSIX locale: the letters from `first` to `last` change their case, nothing else.
-constexpr CaseTable MakePosixTable(unsigned int first, unsigned int last)
-{
+constexpr auto MakePosixTable = [](unsigned int first, unsigned int last) {
     CaseTable table{};
     for (unsigned int byte = 0; byte < table.size(); ++byte) {
         bool const changes = byte >= first && byte <= last;
         table[byte] = static_cast<std::int32_t>(changes ? byte ^ 0x20U : byte);
     }
     return table;
-}
+};
 
 constexpr CaseTable PosixUpper = MakePosixTable('a', 'z');
 constexpr CaseTable PosixLower = MakePosixTable('A', 'Z');
