@@ -12,6 +12,7 @@
 #include <csignal>
 #include <cstdint>
 
+#include <fcntl.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -19,6 +20,27 @@ namespace fs = std::filesystem;
 
 namespace
 {
+/// What a copy must leave alone: the current folder and the number of open descriptors, which here
+/// are counted without opening one more.
+std::string StateOfTheProcess()
+{
+    int open = 0;
+    for (int descriptor = 0; descriptor < 1024; ++descriptor)
+        open += fcntl(descriptor, F_GETFD) >= 0 ? 1 : 0;
+    std::error_code code;
+    return std::to_string(open) + " descriptors in " + fs::current_path(code).native();
+}
+
+/// As Copy, which says also when it has left the process in another state.
+std::string CopyAndLook(std::string const& source, std::string const& destination,
+                        ECopyFailType failType)
+{
+    std::string const before = StateOfTheProcess();
+    std::string const outcome = Copy(source, destination, failType);
+    std::string const after = StateOfTheProcess();
+    return after == before ? outcome : outcome + " and left " + after + ", not " + before;
+}
+
 struct CRight
 {
     char const* name;
@@ -76,8 +98,8 @@ protected:
             BecomeOrdinaryUser();
             if (access(m_Landscape.Path().c_str(), X_OK) != 0)
                 return closed;
-            return Copy(m_Landscape.Fill(GetParam().source),
-                        m_Landscape.Fill(GetParam().destination), failType);
+            return CopyAndLook(m_Landscape.Fill(GetParam().source),
+                               m_Landscape.Fill(GetParam().destination), failType);
         });
     }
 
@@ -122,8 +144,8 @@ std::string ExpectedError(fs::path const& source, fs::path const& destination)
 std::string CompareFailures(std::string const& source, std::string const& destination)
 {
     std::string const expected = ExpectedError(source, destination);
-    std::string const thrown = Copy(source, destination, ECopyFailType::Throw);
-    std::string const reported = Copy(source, destination, ECopyFailType::Report);
+    std::string const thrown = CopyAndLook(source, destination, ECopyFailType::Throw);
+    std::string const reported = CopyAndLook(source, destination, ECopyFailType::Report);
     if (thrown != expected || reported != "returned nothing"
         || expected.find("status = 0") != std::string::npos)
         return thrown + " and " + reported + " instead of " + expected;
@@ -164,13 +186,13 @@ TEST(TqCopyFile, FailsWithoutADescriptor)
     if (!CanFailMalloc())
         GTEST_SKIP() << "the sanitizers open descriptors of their own to look at objects";
     CCopyLandscape const landscape;
-    EXPECT_EQ(InChildProcess([&] {
+    EXPECT_EQ(InChildProcess([&]() -> std::string {
                   rlimit limit{};
                   getrlimit(RLIMIT_NOFILE, &limit);
                   limit.rlim_cur = 0; // valgrind lets only this one change
-                  return setrlimit(RLIMIT_NOFILE, &limit) == 0
-                             ? Copy(landscape / "from", landscape / "new")
-                             : std::string("no limit set");
+                  if (setrlimit(RLIMIT_NOFILE, &limit) != 0)
+                      return "no limit set";
+                  return CopyAndLook(landscape / "from", landscape / "new", ECopyFailType::Throw);
               }),
               Threw("Unable to copy file '" + landscape / "from" + "' to ." + landscape / "new"
                     + "':\n   status = 24 (Too many open files)"));
@@ -240,10 +262,12 @@ TEST_P(TqCopyFileResize, EndsAsTheStandardCopyDoes)
     });
     if (expected == "?")
         GTEST_SKIP() << "the standard library transfers by reading and writing";
-    EXPECT_EQ(WhileResizing([&] { return Copy(m_Source, m_Destination); }), expected);
-    std::string const reported =
-        WhileResizing([&] { return Copy(m_Source, m_Destination, ECopyFailType::Report); });
-    EXPECT_EQ(reported, expected.front() == 'r' ? expected : "returned nothing");
+    auto const copied = [&](ECopyFailType failType) {
+        return WhileResizing([&] { return CopyAndLook(m_Source, m_Destination, failType); });
+    };
+    EXPECT_EQ(copied(ECopyFailType::Throw), expected);
+    EXPECT_EQ(copied(ECopyFailType::Report),
+              expected.front() == 'r' ? expected : "returned nothing");
 }
 
 TEST_P(TqCopyFileResize, LeavesNoMoreThanThereWas)
