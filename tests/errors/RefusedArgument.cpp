@@ -17,6 +17,10 @@ struct Record
 {
     int m_Value = 0;
 };
+struct Number
+{
+    operator long long() const;
+};
 void Function();
 
 template <class... Args>
