@@ -40,6 +40,7 @@ QLabel* Secondary(QString const& text)
 CRequestDialog::CRequestDialog(QWidget* parent, CRequestTexts const& texts, std::uint32_t timeout,
                                ERequestIcon icon)
     : QDialog(parent),
+      m_Otherwise(texts.m_Reject),
       m_Body(new QVBoxLayout),
       m_Countdown(Secondary(QString())),
       m_CountdownBar(new QProgressBar),
@@ -141,9 +142,10 @@ void CRequestDialog::CountDown()
 
 void CRequestDialog::ShowCountdown()
 {
-    m_Countdown->setText(tr("Goes on without an answer in %1 %2.")
-                             .arg(m_SecondsLeft)
-                             .arg(ToQString(PluralNoun(m_SecondsLeft, "second", ""))));
+    QString const seconds = ToQString(PluralNoun(m_SecondsLeft, "second", ""));
+    QString const what = m_Otherwise.isEmpty() ? tr("Closes by itself")
+                                               : tr("Without an answer: \"%1\"").arg(m_Otherwise);
+    m_Countdown->setText(tr("%1 in %2 %3.").arg(what, QString::number(m_SecondsLeft), seconds));
     m_CountdownBar->setValue(static_cast<int>(std::min<std::uint32_t>(m_SecondsLeft, INT_MAX)));
 }
 

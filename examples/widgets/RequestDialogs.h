@@ -55,6 +55,7 @@ private:
     void CountDown();
     void ShowCountdown();
 
+    QString m_Otherwise; // what the time-out means
     QBoxLayout* m_Body;
     QLabel* m_Countdown;
     QProgressBar* m_CountdownBar;

@@ -131,16 +131,16 @@ TEST(CRequestDialog, CountsTheSecondsDown)
     auto& timer = *dialog.findChild<QTimer*>();
     auto const& bar = *dialog.findChild<QProgressBar*>();
     EXPECT_EQ(timer.interval(), 1000);
-    EXPECT_EQ(Countdown(dialog), "Goes on without an answer in 3 seconds.");
+    EXPECT_EQ(Countdown(dialog), "Without an answer: \"No\" in 3 seconds.");
     EXPECT_EQ(bar.value(), bar.maximum());
 
     QStringList shown;
     QObject::connect(&timer, &QTimer::timeout, [&] { shown << Countdown(dialog); });
     LetTimePass(dialog);
     ASSERT_TRUE(WaitUntil([&] { return !dialog.isVisible(); }));
-    EXPECT_EQ(shown, QStringList({"Goes on without an answer in 2 seconds.",
-                                  "Goes on without an answer in 1 second.",
-                                  "Goes on without an answer in 0 seconds."}));
+    EXPECT_EQ(shown, QStringList({"Without an answer: \"No\" in 2 seconds.",
+                                  "Without an answer: \"No\" in 1 second.",
+                                  "Without an answer: \"No\" in 0 seconds."}));
     EXPECT_EQ(dialog.Reply(), EReply::TimedOut);
     EXPECT_EQ(dialog.result(), QDialog::Rejected);
     EXPECT_FALSE(timer.isActive());
@@ -155,11 +155,17 @@ TEST(CRequestDialog, ShowsNoCountdownWithoutATimeOut)
     EXPECT_FALSE(dialog.findChild<QProgressBar*>()->isVisible());
 }
 
+TEST(CRequestDialog, ClosesByItselfWhereThereIsNothingToReject)
+{
+    CRequestDialog dialog(nullptr, {"Read.", "Close", "", ""}, 2);
+    EXPECT_EQ(Countdown(dialog), "Closes by itself in 2 seconds.");
+}
+
 TEST(CRequestDialog, CarriesTheLongestTimeOut)
 {
     CRequestDialog dialog(nullptr, texts, UINT32_MAX);
     Show(dialog);
-    EXPECT_EQ(Countdown(dialog), "Goes on without an answer in 4294967295 seconds.");
+    EXPECT_EQ(Countdown(dialog), "Without an answer: \"No\" in 4294967295 seconds.");
 }
 
 TEST(CRequestDialog, KeepsAVeryLongTextWithinTheScreen)
