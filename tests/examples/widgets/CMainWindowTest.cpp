@@ -145,9 +145,10 @@ TEST_F(CMainWindowTest, KeepsALogOfTheRun)
     Run();
     std::string const log = Log();
     std::size_t position = 0;
-    for (std::string const& text : {std::string("Run {"), std::string("BaseUtilities 5.0.2.0 on "),
-                                    "Working in " + m_Work.Path().native(),
-                                    std::string("12 cases: "), std::string("Passed, ended ")}) {
+    for (std::string const& text :
+         {std::string("Run {"), std::string("BaseUtilities " PROJECT_VERSION " on "),
+          "Working in " + m_Work.Path().native(), std::string("12 cases: "),
+          std::string("Passed, ended ")}) {
         std::size_t const found = log.find(text, position);
         EXPECT_NE(found, std::string::npos) << text << " is not behind " << log.substr(0, position);
         position = std::min(found, log.size());
@@ -157,13 +158,21 @@ TEST_F(CMainWindowTest, KeepsALogOfTheRun)
 TEST_F(CMainWindowTest, FillsWhileTheSuiteRuns)
 {
     m_Operator.Always(Reject);
-    std::vector<std::string> during;
-    AtFirstCopy([&] {
-        EXPECT_TRUE(WaitUntil([this] { return State() == "one/a.txt"; }));
-        during = Commands();
+    AtCopyOf("one/b.txt", [this] {
+        EXPECT_TRUE(WaitUntil([this] { return State() == "one/b.txt"; }));
+        EXPECT_THAT(Files(), ElementsAre("one/a.txt"));
+        EXPECT_EQ(Progress(), "1 of 12");
     });
     Run();
-    EXPECT_THAT(during, ElementsAre("Pause", "Abort"));
+    EXPECT_EQ(Files().size(), 4u);
+}
+
+TEST_F(CMainWindowTest, OffersToPauseAndToAbortWhileTheSuiteRuns)
+{
+    m_Operator.Always(Reject);
+    AtFirstCopy([this] { EXPECT_THAT(Commands(), ElementsAre("Pause", "Abort")); });
+    Run();
+    EXPECT_THAT(Commands(), ElementsAre("Folder", "Start"));
 }
 
 TEST_F(CMainWindowTest, AsksWhetherToGoOnAfterTheFirstFailure)

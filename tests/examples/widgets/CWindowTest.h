@@ -10,7 +10,6 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <functional>
 #include <memory>
 
@@ -56,17 +55,18 @@ protected:
         };
     }
 
-    /// Calls `act` on the interface's thread when the first file is copied, which
-    /// waits for it.
-    void AtFirstCopy(std::function<void()> act)
+    /// Calls `act` on the interface's thread when the file of that name (its whole
+    /// path below the folder) is copied, which waits for it.
+    void AtCopyOf(std::string const& name, std::function<void()> act)
     {
-        m_Options.m_Copy = [this, act = std::move(act)](auto const& from, auto const& to,
-                                                        ECopyFailType type) {
-            if (!m_Copied.exchange(true))
+        m_Options.m_Copy = [this, file = m_Files / name, act = std::move(act)](
+                               auto const& from, auto const& to, ECopyFailType type) {
+            if (std::string(from.data(), from.size()) == file)
                 CallIn(*m_Window, act);
             return TqCopyFile(from, to, type);
         };
     }
+    void AtFirstCopy(std::function<void()> act) { AtCopyOf("one/a.txt", std::move(act)); }
 
     static void Reject(QDialog& dialog) { dialog.reject(); }
 
@@ -78,6 +78,5 @@ protected:
     CAbortSwitch const m_Switch;
     CSuiteOptions m_Options;
     CScriptedOperator m_Operator;
-    std::atomic<bool> m_Copied{false};
     std::unique_ptr<CMainWindow> m_Window;
 };

@@ -1,10 +1,11 @@
-// A window whose suite never gets beyond its first copy, closed by its operator.
+// A window whose suite never gets beyond its first copy, closed by its operator, who then says so.
 
 #include <CMainWindow.h>
 
 #include <QApplication>
 
 #include <condition_variable>
+#include <iostream>
 #include <mutex>
 
 namespace
@@ -27,7 +28,13 @@ int main(int argc, char* argv[])
     options.m_Folder = argv[1];
     options.m_WorkParent = argv[2];
     options.m_Copy = [&](auto const&, auto const&, ECopyFailType) -> std::optional<CSafeString> {
-        QMetaObject::invokeMethod(closed, &QWidget::close, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            closed,
+            [closed] {
+                closed->close();
+                std::cout << "closed" << std::endl;
+            },
+            Qt::QueuedConnection);
         WaitForever();
     };
     CMainWindow window(options);
