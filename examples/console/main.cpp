@@ -5,56 +5,26 @@
 #include "CInterruptWatch.h"
 #include "CKeyboard.h"
 #include "ConsoleOptions.h"
-#include "ExitCode.h"
 #include "TextLayout.h"
+
+#include <CWorkFolder.h>
+#include <ExitCode.h>
 
 #include <BaseUtilities/TQException.h>
 #include <BaseUtilities/UIHelperBase.h>
 
 #include <csignal>
 #include <exception>
-#include <filesystem>
 #include <iostream>
 
 namespace
 {
-EExitCode ExitCodeOf(TEST_STATUS status)
-{
-    switch (static_cast<std::uint32_t>(status)) {
-    case TEST_STATUS_PASSED:
-        return EExitCode::Passed;
-    case TEST_STATUS_FAILED:
-        return EExitCode::Failed;
-    case TEST_STATUS_ABORTED:
-        return EExitCode::Aborted;
-    case TEST_STATUS_NO_FOLDER:
-        return EExitCode::NoFolder;
-    case TEST_STATUS_NO_WORK_FOLDER:
-        return EExitCode::NoWorkFolder;
-    default:
-        return EExitCode::BrokenDown;
-    }
-}
-
 CTerminal TerminalFor(CConsoleOptions const& options)
 {
     CTerminal terminal = CTerminal::OfStandardOutput();
     terminal.m_Live = terminal.m_Live && !options.m_Plain;
     terminal.m_Colour = terminal.m_Colour && options.m_Colour && !options.m_Plain;
     return terminal;
-}
-
-// Again when the suite, which may still be at work there, has added a file meanwhile.
-void RemoveAtOnce(std::string const& workFolder)
-{
-    std::error_code error;
-    if (workFolder.empty())
-        return;
-    for (int attempt = 0; attempt < 100; ++attempt) {
-        std::filesystem::remove_all(workFolder, error);
-        if (!error)
-            return;
-    }
 }
 
 // The signaler through which the suite asks.
@@ -158,7 +128,7 @@ void CConsoleRun::HandleKey(int key)
         break;
     case ctrlBackslash:
         PrepareToEndAtOnce();
-        CInterruptWatch::EndBy(SIGQUIT);
+        CInterruptWatch::EndBy(SIGQUIT); // does not return
     default:
         break;
     }
@@ -182,7 +152,7 @@ void CConsoleRun::Abort()
 
 void CConsoleRun::PrepareToEndAtOnce()
 {
-    RemoveAtOnce(m_Report.WorkFolder());
+    CWorkFolder::RemoveAtOnce(m_Report.WorkFolder());
     m_Keyboard.Restore();
 }
 

@@ -41,6 +41,17 @@ std::error_code CWorkFolder::Remove()
     return error;
 }
 
+// Again when the suite has added a file meanwhile.
+void CWorkFolder::RemoveAtOnce(fs::path const& folder)
+{
+    std::error_code error;
+    for (int attempt = 0; attempt < 100 && !folder.empty(); ++attempt) {
+        fs::remove_all(folder, error);
+        if (!error)
+            return;
+    }
+}
+
 void CWorkFolder::MakeParents(fs::path const& parent)
 {
     std::error_code error;

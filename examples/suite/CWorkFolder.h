@@ -19,6 +19,9 @@ public:
 
     std::filesystem::path const& Path() const { return m_Path; }
     std::error_code Remove();
+    /// Removes a folder of a process that is about to end while its suite may be
+    /// at work there; does nothing without a folder.
+    static void RemoveAtOnce(std::filesystem::path const& folder);
 
 private:
     void MakeParents(std::filesystem::path const& parent);

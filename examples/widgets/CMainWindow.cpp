@@ -5,6 +5,8 @@
 #include "Text.h"
 #include "VerdictLook.h"
 
+#include <CWorkFolder.h>
+#include <ExitCode.h>
 #include <RunRecord.h>
 
 #include <BaseUtilities/TQException.h>
@@ -207,16 +209,23 @@ void CMainWindow::EndRun()
     m_Feed.Deliver();
     try {
         m_Verdict = ended->Wait().m_Verdict;
+    } catch (TQException const& error) {
+        ShowBreakDown(error.GetStatus(), error.what());
     } catch (std::exception const& error) {
-        m_Verdict = TEST_STATUS_ERROR;
-        m_Header->SetProblem(ToQString(error.what()));
-        Log(ToQString(error.what()));
+        ShowBreakDown(TEST_STATUS_ERROR, error.what());
     }
     UpdateCommands();
     if (m_Deadline.isActive()) {
         m_Deadline.stop();
         close();
     }
+}
+
+void CMainWindow::ShowBreakDown(TEST_STATUS status, char const* problem)
+{
+    m_Verdict = status;
+    m_Header->SetProblem(ToQString(problem));
+    Log(ToQString(problem));
 }
 
 void CMainWindow::FinishInTime()
@@ -229,10 +238,8 @@ void CMainWindow::FinishInTime()
 // The case at hand takes too long for somebody who closed the window.
 void CMainWindow::EndAtOnce()
 {
-    std::error_code ignored;
-    if (CSafeString const folder = m_Feed.WorkFolder(); !folder.empty())
-        std::filesystem::remove_all(folder.to_path(), ignored);
-    std::_Exit(2);
+    CWorkFolder::RemoveAtOnce(m_Feed.WorkFolder().to_path());
+    std::_Exit(static_cast<int>(EExitCode::Aborted));
 }
 
 void CMainWindow::closeEvent(QCloseEvent* event)

@@ -34,7 +34,8 @@ public:
     void OnClosed(std::function<void()> closed) { m_OnClosed = std::move(closed); }
     void StartSuite();
     bool IsRunning() const { return m_Runner != nullptr; }
-    /// The verdict of the last suite that ended; aborted before any has.
+    /// The verdict of the last suite that ended, or the status of what it ended
+    /// by; aborted before any has.
     TEST_STATUS Verdict() const { return m_Verdict; }
 
 protected:
@@ -62,6 +63,7 @@ private:
     void Abort();
     void Poll();
     void EndRun();
+    void ShowBreakDown(TEST_STATUS status, char const* problem);
     void FinishInTime();
     void EndAtOnce();
     void UpdateCommands();

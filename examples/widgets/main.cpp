@@ -2,29 +2,21 @@
 
 #include "CMainWindow.h"
 
+#include <ExitCode.h>
+
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QTimer>
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
+#include <iostream>
+#include <string_view>
 
 namespace
 {
-enum class EExitCode : int { Passed = 0, Failed = 1, Aborted = 2 };
-
-EExitCode ExitCodeOf(TEST_STATUS verdict)
-{
-    switch (static_cast<std::uint32_t>(verdict)) {
-    case TEST_STATUS_PASSED:
-        return EExitCode::Passed;
-    case TEST_STATUS_ABORTED:
-        return EExitCode::Aborted;
-    default:
-        return EExitCode::Failed;
-    }
-}
-
 std::sig_atomic_t volatile interrupted = 0;
 
 extern "C" void OnInterrupt(int /*number*/)
@@ -55,29 +47,58 @@ void CloseWhenInterrupted(CMainWindow& window)
     });
     watch->start(std::chrono::milliseconds(50));
 }
+
+// What the arguments ask for. Ends the program where that is a text, or nothing that makes sense.
+CSuiteOptions ParseOptions()
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        "Checks that every file below FOLDER keeps its name through text conversions and its\n"
+        "bytes through file copy, and that file copy refuses what it must.\n\n"
+        "Exit codes: 0 passed, 1 failed, 2 aborted, 64 arguments that mean nothing,\n"
+        "66 FOLDER is not a folder, 70 the suite broke down, 73 no work folder can be made.");
+    QCommandLineOption const help({"h", "help"}, "show this text");
+    QCommandLineOption const version({"v", "version"}, "show the version");
+    parser.addOptions({help, version});
+    parser.addPositionalArgument("FOLDER", "the folder to check", "[FOLDER]");
+    bool const understood = parser.parse(QCoreApplication::arguments());
+    QStringList const folders = parser.positionalArguments();
+    QString const problem =
+        understood ? "Only one folder can be checked at a time." : parser.errorText();
+    if (!understood || folders.size() > 1) {
+        std::cerr << "torqel-window: " << problem.toStdString() << "\nTry torqel-window --help.\n";
+        std::exit(static_cast<int>(EExitCode::Usage));
+    }
+    if (parser.isSet(help))
+        parser.showHelp();
+    if (parser.isSet(version))
+        parser.showVersion();
+    CSuiteOptions options;
+    if (!folders.isEmpty())
+        options.m_Folder = folders.front().toStdString();
+    return options;
+}
+
+// Texts need no display.
+bool AsksForText(int argc, char const* const* argv)
+{
+    constexpr std::string_view texts[] = {"-h", "--help", "-v", "--version"};
+    return std::any_of(argv + 1, argv + argc, [&](std::string_view argument) {
+        return std::find(std::begin(texts), std::end(texts), argument) != std::end(texts);
+    });
+}
 } // namespace
 
 int main(int argc, char* argv[])
 {
-    QApplication application(argc, argv);
-    QApplication::setApplicationName("torqel-window");
-    QApplication::setApplicationVersion(TORQEL_WINDOW_VERSION);
-
-    CSuiteOptions options;
-    QCommandLineParser parser;
-    parser.setApplicationDescription(
-        "Checks that every file below FOLDER keeps its name through text conversions and its\n"
-        "bytes through file copy, and that file copy refuses what it must.");
-    parser.addHelpOption();
-    parser.addVersionOption();
-    parser.addPositionalArgument("FOLDER", "the folder to check", "[FOLDER]");
-    parser.process(application);
-    if (parser.positionalArguments().size() > 1)
-        parser.showHelp(64);
-    if (!parser.positionalArguments().isEmpty())
-        options.m_Folder = parser.positionalArguments().front().toStdString();
-
-    CMainWindow window(options);
+    QCoreApplication::setApplicationName("torqel-window");
+    QCoreApplication::setApplicationVersion(TORQEL_WINDOW_VERSION);
+    if (AsksForText(argc, argv)) {
+        QCoreApplication const application(argc, argv);
+        ParseOptions();
+    }
+    QApplication const application(argc, argv);
+    CMainWindow window(ParseOptions());
     // The last window closed would not do: this one is hidden before its suite has ended.
     QApplication::setQuitOnLastWindowClosed(false);
     window.OnClosed([] { QApplication::exit(); });

@@ -241,7 +241,7 @@ TEST_F(CMainWindowTest, ShowsWhyTheSuiteCannotRun)
         "'" + (m_Files / "none") + "' is not a folder (No such file or directory).";
     EXPECT_EQ(State(), problem);
     EXPECT_THAT(Log(), HasSubstr(problem));
-    EXPECT_EQ(Window().Verdict(), TEST_STATUS_ERROR);
+    EXPECT_EQ(Window().Verdict(), TEST_STATUS_NO_FOLDER);
     EXPECT_THAT(Commands(), ElementsAre("Folder", "Start"));
 }
 

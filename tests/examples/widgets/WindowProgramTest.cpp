@@ -192,10 +192,23 @@ TEST_F(CWindowProgramTest, ExplainsItself)
     EXPECT_THAT(Output(), HasSubstr("torqel-window"));
 }
 
-TEST_F(CWindowProgramTest, RefusesMoreThanOneFolder)
+TEST_F(CWindowProgramTest, ExplainsItselfWithoutADisplay)
+{
+    SetVariable("QT_QPA_PLATFORM", "none that exists");
+    Start({"--help"});
+    EXPECT_EQ(ExitCode(), 0);
+    EXPECT_THAT(Output(), HasSubstr("[FOLDER]"));
+}
+
+TEST_F(CWindowProgramTest, SaysWhichArgumentsMeanNothing)
 {
     Start({"/one", "/two"});
     EXPECT_EQ(ExitCode(), usage);
+    EXPECT_EQ(Output(), "torqel-window: Only one folder can be checked at a time.\n"
+                        "Try torqel-window --help.\n");
+    Start({"--fast"});
+    EXPECT_EQ(ExitCode(), usage);
+    EXPECT_EQ(Output(), "torqel-window: Unknown option 'fast'.\nTry torqel-window --help.\n");
 }
 
 TEST_F(CWindowProgramTest, IsDrawnOnARealDisplay)

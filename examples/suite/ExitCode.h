@@ -1,6 +1,8 @@
 #pragma once
 
-/// What the program tells its caller. From 64 on the suite gave no result; the
+#include "Verdicts.h"
+
+/// What a front end tells its caller. From 64 on the suite gave no result; the
 /// numbers are those of sysexits.h.
 enum class EExitCode : int {
     Passed = 0,
@@ -12,3 +14,6 @@ enum class EExitCode : int {
     NoWorkFolder = 73, ///< no work folder can be made
     OutputFailed = 74  ///< standard output takes no more
 };
+
+/// What a suite's verdict, or the status of the exception that ended it, means to the caller.
+EExitCode ExitCodeOf(TEST_STATUS status);
