@@ -29,6 +29,7 @@ constexpr std::chrono::milliseconds sequencePause(50);
 termios keptMode;
 termios keyMode;
 std::atomic<bool> modeApplied = false;
+std::atomic<bool> stopping = false;
 static_assert(std::atomic<bool>::is_always_lock_free);
 
 // Lest the end of a read put the keys' mode back after Restore.
@@ -53,20 +54,6 @@ extern "C" void OnDeadlySignal(int number)
     static_cast<void>(raise(number)); // at its default again
 }
 
-extern "C" void OnStop(int /*number*/)
-{
-    int const savedError = errno;
-    PutBack();
-    kill(getpid(), SIGSTOP);
-    errno = savedError;
-}
-
-// The shell may have had the terminal meanwhile.
-extern "C" void OnContinue(int /*number*/)
-{
-    modeApplied = false;
-}
-
 void Handle(int number, void (*handler)(int), int flags)
 {
     struct sigaction action = {};
@@ -84,6 +71,44 @@ void HandleUnlessIgnored(int number, void (*handler)(int), int flags)
         Handle(number, handler, flags);
 }
 
+// A handler's own signal else waits for its end, as sanitizers have all others wait, too.
+void TakeNow(int number)
+{
+    sigset_t taken;
+    sigset_t former;
+    sigemptyset(&taken);
+    sigaddset(&taken, number);
+    pthread_sigmask(SIG_UNBLOCK, &taken, &former);
+    pthread_sigmask(SIG_SETMASK, &former, nullptr);
+}
+
+// As the system does it, which lets a process go on that no shell could continue.
+extern "C" void OnStop(int number)
+{
+    int const savedError = errno;
+    stopping = true;
+    PutBack();
+    Handle(number, SIG_DFL, 0);
+    static_cast<void>(raise(number));
+    TakeNow(number);
+    Handle(number, OnStop, static_cast<int>(SA_RESTART));
+    stopping = false;
+    errno = savedError;
+}
+
+bool HandlesStop()
+{
+    struct sigaction action = {};
+    sigaction(SIGTSTP, nullptr, &action);
+    return action.sa_handler == OnStop;
+}
+
+// The shell may have had the terminal meanwhile.
+extern "C" void OnContinue(int /*number*/)
+{
+    modeApplied = false;
+}
+
 bool InForeground()
 {
     return tcgetpgrp(STDIN_FILENO) == getpgrp();
@@ -97,7 +122,7 @@ bool OwnsTerminal()
 bool ReadyForKeys()
 {
     std::lock_guard<std::mutex> const lock(readLock);
-    if (restored)
+    if (restored || stopping)
         return false;
     if (!InForeground()) {
         modeApplied = false;
@@ -173,7 +198,7 @@ CKeyboard::CKeyboard()
     static_cast<void>(std::setvbuf(stdin, nullptr, _IONBF, 0));
     for (int const number : deadly)
         HandleUnlessIgnored(number, OnDeadlySignal, static_cast<int>(SA_RESETHAND));
-    HandleUnlessIgnored(SIGTSTP, OnStop, SA_RESTART);
+    HandleUnlessIgnored(SIGTSTP, OnStop, static_cast<int>(SA_RESTART));
     Handle(SIGCONT, OnContinue, SA_RESTART);
     restored = false;
     modeApplied = true;
@@ -208,7 +233,8 @@ std::optional<int> CKeyboard::Wait(std::chrono::milliseconds time)
 
 void CKeyboard::Suspend()
 {
-    kill(0, SIGTSTP); // the whole job, a running command included
+    stopping = HandlesStop(); // whichever thread handles it, and whenever it gets to that
+    kill(0, SIGTSTP);         // the whole job, a running command included
 }
 
 void CKeyboard::Restore() const

@@ -44,7 +44,8 @@ public:
     std::optional<int> Poll();
     /// The next key, if it comes within that time.
     std::optional<int> Wait(std::chrono::milliseconds time);
-    /// Stops the process as Ctrl-Z does; returns once it is continued.
+    /// Stops the process as Ctrl-Z does, unless there is no shell to continue it.
+    /// Until it is continued there are no keys.
     void Suspend();
     /// Puts the terminal back, for a process that is about to end.
     void Restore() const;

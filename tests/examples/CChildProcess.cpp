@@ -8,9 +8,11 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <iterator>
 #include <stdexcept>
 #include <system_error>
 #include <thread>
@@ -48,12 +50,49 @@ std::vector<char*> Pointers(std::vector<std::string>& texts)
     return pointers;
 }
 
+// As terminals are, but for some settings that no program would think of.
+termios OrdinaryMode()
+{
+    int master = -1;
+    int slave = -1;
+    termios mode = {};
+    if (openpty(&master, &slave, nullptr, nullptr, nullptr) != 0 || tcgetattr(slave, &mode) != 0)
+        Fail("openpty");
+    close(master);
+    close(slave);
+    mode.c_lflag &= ~static_cast<tcflag_t>(ECHOK);
+    mode.c_cc[VMIN] = 3;
+    mode.c_cc[VTIME] = 7;
+    return mode;
+}
+
 pid_t ForkWithTerminal(CLaunch const& launch, int& output)
 {
     winsize size = {};
     size.ws_row = 24;
     size.ws_col = launch.m_Columns;
-    return forkpty(&output, nullptr, nullptr, &size);
+    termios const mode = OrdinaryMode();
+    return forkpty(&output, nullptr, &mode, &size);
+}
+
+// What a shell does for its job: gives it the terminal, stops with it, and
+// continues it. Returns in the job alone.
+void BecomeJob()
+{
+    signal(SIGTTOU, SIG_IGN);
+    pid_t const job = fork();
+    if (job == 0) {
+        setpgid(0, 0);
+        tcsetpgrp(STDIN_FILENO, getpid());
+        signal(SIGTTOU, SIG_DFL);
+        return;
+    }
+    int status = 0;
+    while (waitpid(job, &status, WUNTRACED) == job && WIFSTOPPED(status)) {
+        raise(SIGSTOP);
+        kill(-job, SIGCONT);
+    }
+    _exit(WIFEXITED(status) ? WEXITSTATUS(status) : 126);
 }
 
 pid_t ForkWithPipe(int& output)
@@ -77,6 +116,8 @@ pid_t ForkWithPipe(int& output)
 {
     if (!launch.m_OutputFile.empty())
         dup2(open(launch.m_OutputFile.c_str(), O_WRONLY | O_CLOEXEC), STDOUT_FILENO);
+    if (launch.m_UnderShell)
+        BecomeJob();
     if (launch.m_IgnoredSignal != 0)
         signal(launch.m_IgnoredSignal, SIG_IGN);
     execve(arguments[0], arguments, environment);
@@ -182,9 +223,12 @@ void CChildProcess::Type(std::string const& keys) const
 
 bool CChildProcess::TerminalIsOrdinary() const
 {
-    constexpr tcflag_t ordinary = ICANON | ECHO | ISIG;
+    termios const ordinary = OrdinaryMode();
     termios mode = {};
-    return tcgetattr(m_Output, &mode) == 0 && (mode.c_lflag & ordinary) == ordinary;
+    return tcgetattr(m_Output, &mode) == 0 && mode.c_iflag == ordinary.c_iflag
+           && mode.c_oflag == ordinary.c_oflag && mode.c_cflag == ordinary.c_cflag
+           && mode.c_lflag == ordinary.c_lflag
+           && std::equal(std::begin(mode.c_cc), std::end(mode.c_cc), ordinary.c_cc);
 }
 
 void CChildProcess::AwaitKeys() const

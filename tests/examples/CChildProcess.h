@@ -17,6 +17,9 @@ struct CLaunch
     EOutput m_Output = EOutput::Pipe;
     /// Size of the terminal.
     unsigned short m_Columns = 80;
+    /// Under a shell, as it were, that continues the program once it is continued
+    /// itself. Without one a terminal's program cannot be stopped.
+    bool m_UnderShell = false;
     /// Where standard output goes instead; empty for m_Output.
     std::string m_OutputFile;
     /// Ignored by the program from its start; 0 for none.
@@ -48,11 +51,11 @@ public:
     void Resize(unsigned short columns) const;
     /// Types on the program's terminal.
     void Type(std::string const& keys) const;
-    /// Whether the program's terminal is as terminals are: by lines, with echo and signals.
+    /// Whether the program's terminal is in every respect as it was at first.
     bool TerminalIsOrdinary() const;
     /// Waits until the program has taken the terminal to read single keys.
     void AwaitKeys() const;
-    /// Waits until the program is stopped.
+    /// Waits until the program is stopped. Under a shell alone.
     void AwaitStop() const;
     /// The exit code, or the negative number of the signal that ended the program.
     int Wait();

@@ -266,6 +266,7 @@ TEST_F(CConsoleDialogue, AsksOnATerminalThatCanDoNoMore)
 
 TEST_F(CConsoleDialogue, ComesBackAfterASuspension)
 {
+    m_Launch.m_UnderShell = true;
     CChildProcess program(Launch("number"));
     ASSERT_TRUE(program.ReadUntil("\r  > "));
     program.Type(std::string("1") + ctrlZ);

@@ -282,17 +282,35 @@ TEST_F(CConsoleProgram, IsStoppedByCtrlZAndComesBackWithItsKeys)
 {
     AddManyFiles();
     m_Launch.m_Output = CLaunch::EOutput::Terminal;
+    m_Launch.m_UnderShell = true;
+    for (bool const asks : {false, true}) {
+        SCOPED_TRACE(asks ? "in a question" : "between questions");
+        if (asks)
+            m_Launch.m_Command.emplace_back("--ask");
+        CChildProcess program(m_Launch);
+        ASSERT_TRUE(program.ReadUntil(asks ? "\r  > " : "PASS"));
+        program.Type("\x1a");
+        program.AwaitStop();
+        EXPECT_TRUE(program.TerminalIsOrdinary());
+        program.Signal(SIGCONT);
+        program.AwaitKeys();
+        program.Type(asks ? "\x18" : "a");
+        EXPECT_THAT(program.ReadAll(), HasSubstr("ABORTED"));
+        EXPECT_EQ(program.Wait(), 2);
+        EXPECT_TRUE(program.TerminalIsOrdinary());
+    }
+}
+
+TEST_F(CConsoleProgram, GoesOnAfterCtrlZWhereNoShellCouldContinueIt)
+{
+    AddManyFiles();
+    m_Launch.m_Output = CLaunch::EOutput::Terminal;
     CChildProcess program(m_Launch);
     ASSERT_TRUE(program.ReadUntil("PASS"));
     program.Type("\x1a");
-    program.AwaitStop();
-    EXPECT_TRUE(program.TerminalIsOrdinary());
-    program.Signal(SIGCONT);
-    program.AwaitKeys();
     program.Type("a");
     EXPECT_THAT(program.ReadAll(), HasSubstr("ABORTED"));
     EXPECT_EQ(program.Wait(), 2);
-    EXPECT_TRUE(program.TerminalIsOrdinary());
 }
 
 TEST_F(CConsoleProgram, EndsWhenItsTerminalGoesAway)
