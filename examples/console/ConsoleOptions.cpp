@@ -57,7 +57,7 @@ std::string HelpText()
            + ")\n"
              "keeps its name through text conversions and its bytes through file copy, and\n"
              "that file copy refuses what it must. Nothing is written outside of a temporary\n"
-             "work folder, which is removed at the end.\n"
+             "work folder, which is removed at the end, but for the report that --ask saves.\n"
              "\n"
              "  -a, --ask      ask which folders and how many files to check, whether to go on\n"
              "                 after a failure, and where to save the report\n"
