@@ -25,9 +25,31 @@ void LetInterruptsBeTaken()
         std::this_thread::yield();
 }
 
+// Has Ctrl-Z wait until the command has begun. One that is stopped before holds this thread, so
+// that this process does not stop whole, and its shell waits for that. The shell of a command that
+// has begun takes the signal at once.
+class CStopAfterStart
+{
+public:
+    CStopAfterStart() : m_Former()
+    {
+        sigset_t stop;
+        sigemptyset(&stop);
+        sigaddset(&stop, SIGTSTP);
+        pthread_sigmask(SIG_BLOCK, &stop, &m_Former);
+    }
+    CStopAfterStart(CStopAfterStart const&) = delete;
+    CStopAfterStart& operator=(CStopAfterStart const&) = delete;
+    ~CStopAfterStart() { pthread_sigmask(SIG_SETMASK, &m_Former, nullptr); }
+
+private:
+    sigset_t m_Former;
+};
+
 bool Succeeds(CSafeString const& arguments)
 {
     LetInterruptsBeTaken();
+    CStopAfterStart const stopAfterStart;
     return oss_system("cmp", arguments, "");
 }
 } // namespace

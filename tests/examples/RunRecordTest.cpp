@@ -4,10 +4,14 @@
 #include <Terminal.h>
 #include <VerdictFormat.h>
 
+#include "ScopedEnvironment.h"
 #include "TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 
+#include <unistd.h>
+
+#include <csignal>
 #include <string>
 
 using testing::MatchesRegex;
@@ -56,6 +60,22 @@ TEST(ExternalCompare, QuotesWhatTheShellMustNotRead)
 {
     EXPECT_STREQ(ShellQuoted("plain").get(), "'plain'");
     EXPECT_STREQ(ShellQuoted("it's $HOME").get(), "'it'\\''s $HOME'");
+}
+
+// One that is stopped before it has begun would hold the whole program.
+TEST(ExternalCompare, KeepsCtrlZFromACommandThatHasNotBegun)
+{
+    CTemporaryFolder const folder;
+    std::string const status =
+        "/proc/" + std::to_string(getpid()) + "/task/" + std::to_string(gettid()) + "/status";
+    WriteFile(folder / "cmp",
+              "#!/bin/sh\ngrep SigBlk " + status + " >" + (folder / "blocked") + "\n");
+    std::filesystem::permissions(folder / "cmp", std::filesystem::perms::owner_all);
+    CScopedEnvironment const path("PATH", folder.Path().native() + ":/usr/bin:/bin");
+    EXPECT_TRUE(ComparesEqual(folder / "one", folder / "other"));
+    std::string const line = ReadFile(folder / "blocked");
+    unsigned long long const blocked = std::stoull(line.substr(line.find(':') + 1), nullptr, 16);
+    EXPECT_NE(blocked & (1ULL << (SIGTSTP - 1)), 0u) << line;
 }
 
 TEST(ExternalCompare, TellsEqualFilesFromOthersWhateverTheirNames)
