@@ -1,17 +1,18 @@
 #include "CChildProcess.h"
+#include "CHeldCompare.h"
+#include "ScopedCurrentPath.h"
 #include "TemporaryFolder.h"
 
 #include <TextLayout.h>
 
 #include <gmock/gmock.h>
 
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <csignal>
 #include <cstring>
 
 namespace fs = std::filesystem;
+using testing::AllOf;
 using testing::AnyOf;
 using testing::EndsWith;
 using testing::HasSubstr;
@@ -264,16 +265,13 @@ TEST_F(CConsoleProgram, LeavesTheTerminalAsItWasWhenToldTwiceToEnd)
 
 TEST_F(CConsoleProgram, LosesNoInterruptWhileACommandRuns)
 {
-    CTemporaryFolder const commands;
-    std::string const gate = commands / "gate";
-    ASSERT_EQ(mkfifo(gate.c_str(), 0600), 0);
-    WriteFile(commands / "cmp", "#!/bin/sh\necho Comparing\nread line <" + gate + "\n");
-    fs::permissions(commands / "cmp", fs::perms::owner_all);
-    m_Launch.m_Variables["PATH"] = commands.Path().native() + ":/usr/bin:/bin";
+    CHeldCompare const compare;
+    m_Launch.m_Variables["PATH"] = compare.SearchPath();
     CChildProcess program(m_Launch);
     ASSERT_TRUE(program.ReadUntil("Comparing"));
     program.Signal(SIGINT);
-    WriteFile(gate, "go on\n");
+    ASSERT_TRUE(program.ReadUntil("Ending after the case at hand."));
+    compare.LetGo();
     EXPECT_THAT(program.ReadAll(), HasSubstr("\nABORTED\n"));
     EXPECT_EQ(program.Wait(), 2);
 }
