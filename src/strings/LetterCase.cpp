@@ -38,11 +38,11 @@ std::int32_t const* CurrentTable(nl_item item)
 }
 
 // Arithmetic only, which the compiler turns into vector instructions.
-void ConvertAscii(char* bytes, unsigned long size, char first)
+void ConvertAscii(CSafeString& text, char first)
 {
-    for (unsigned long index = 0; index < size; ++index) {
-        auto const letter = static_cast<unsigned char>(bytes[index] - first);
-        bytes[index] = static_cast<char>(bytes[index] ^ (letter < 26 ? 0x20 : 0));
+    for (char& byte : text) {
+        auto const letter = static_cast<unsigned char>(byte - first);
+        byte = static_cast<char>(byte ^ (letter < 26 ? 0x20 : 0));
     }
 }
 
@@ -51,14 +51,12 @@ CSafeString Convert(basic_sv_wrapper<char> const& text, nl_item item, CaseTable 
 {
     CSafeString result(text);
     std::int32_t const* const table = CurrentTable(item);
-    char* const bytes = result.data();
-    unsigned long const size = result.size();
-    if (size >= LongText && std::memcmp(table, posix.data(), sizeof(CaseTable)) == 0) {
-        ConvertAscii(bytes, size, first);
+    if (result.size() >= LongText && std::memcmp(table, posix.data(), sizeof(CaseTable)) == 0) {
+        ConvertAscii(result, first);
         return result;
     }
-    for (unsigned long index = 0; index < size; ++index)
-        bytes[index] = static_cast<char>(table[static_cast<unsigned char>(bytes[index])]);
+    for (char& byte : result)
+        byte = static_cast<char>(table[static_cast<unsigned char>(byte)]);
     return result;
 }
 } // namespace
