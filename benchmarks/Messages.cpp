@@ -61,7 +61,7 @@ void AddBuilding(CCatalogue& catalogue, std::string const& size, std::string con
             return std::string_view(buffer.Get(0));
         })
         .Floor([text, buffer = Floor::CBuffer()]() mutable {
-            Floor::Build(buffer, 0, "%s has %d files.", text.c_str(), 42);
+            Floor::Build(buffer, {0, '\0'}, "%s has %d files.", text.c_str(), 42);
             return std::string_view(buffer.Get(0));
         })
         .Peer("fmt",

@@ -52,7 +52,7 @@ bool operator==(CBuffer const& left, CBuffer const& right)
            && std::memcmp(left.m_pBuffer, right.m_pBuffer, left.m_Size) == 0;
 }
 
-template void Build(CBuffer&, unsigned long, View const&, char const* const&);
+template void Build(CBuffer&, std::tuple<unsigned long, char>, View const&, char const* const&);
 template void Throw(TEST_STATUS, View const&, char const* const&);
 
 CException::CException(View const& message, TEST_STATUS status)

@@ -12,6 +12,7 @@
 #include <cstring>
 #include <stdexcept>
 #include <string>
+#include <tuple>
 
 namespace Floor
 {
@@ -37,7 +38,8 @@ private:
 
 // Of any arguments, so made where it is used, as the library's.
 template <class... Args>
-void Build(CBuffer& out, unsigned long indent, View const& format, Args const&... args)
+void Build(CBuffer& out, std::tuple<unsigned long, char> indent, View const& format,
+           Args const&... args)
 {
     thread_local CBuffer work;
     thread_local std::string terminated(512, '\0');
@@ -46,14 +48,17 @@ void Build(CBuffer& out, unsigned long indent, View const& format, Args const&..
     if (measured < 0)
         throw std::runtime_error("INTERNAL ERROR - std::vsprintf() failed.");
     auto const length = static_cast<unsigned long>(measured);
-    char* const text = work.Get(indent + length + 1);
-    if (indent != 0)
-        std::memset(text, ' ', indent);
-    static_cast<void>(std::snprintf(text + indent, length + 1, terminated.c_str(), args...));
+    auto const [count, fill] = indent;
+    char* const text = work.Get(count + length + 1);
+    if (count != 0)
+        std::memset(text, fill, count);
+    static_cast<void>(std::snprintf(text + count, length + 1, terminated.c_str(), args...));
     out = work;
 }
 
 #pragma GCC diagnostic pop
+
+inline FLOOR_EXPORT unsigned long indentLevel = 0; // one for the whole process
 
 /// An indented message in a buffer of its own.
 class CMessage
@@ -62,7 +67,7 @@ public:
     template <class... Args>
     CMessage(View const& format, Args const&... args)
     {
-        Build(m_Buffer, 0, format, args...);
+        Build(m_Buffer, {indentLevel * 2, ' '}, format, args...);
         m_pText = m_Buffer.Get(0);
     }
     CMessage(CMessage const&) = delete;
@@ -103,13 +108,14 @@ template <class... Args>
     if (format.empty())
         throw CRunTimeException();
     thread_local CBuffer buffer;
-    Build(buffer, 0, format, args...);
+    Build(buffer, {0, '\0'}, format, args...);
     char const* const text = buffer.Get(0);
     throw CRunTimeException(text, status);
 }
 
 // What the library makes in itself, too.
-extern template FLOOR_EXPORT void Build(CBuffer&, unsigned long, View const&, char const* const&);
+extern template FLOOR_EXPORT void Build(CBuffer&, std::tuple<unsigned long, char>, View const&,
+                                        char const* const&);
 extern template FLOOR_EXPORT void Throw(TEST_STATUS, View const&, char const* const&);
 
 struct FLOOR_EXPORT CUuid
