@@ -177,25 +177,31 @@ def machine():
 
 
 def plot(times, target):
+    left, right = 1 / 16, 8
+
+    def within(value):
+        return min(max(value, left), right)
+
     rows = []
     for each in reversed(times):
         contenders = each["times"]
         floor = contenders["floor"]["median"]
         peer = best_peer(contenders)
         rows.append(
-            f"\"{each['operation']}\" {contenders['library']['median'] / floor:.3f} "
-            f"{peer[1]['median'] / floor if peer else float('nan'):.3f}"
+            f"\"{each['operation']}\" {within(contenders['library']['median'] / floor):.3f} "
+            + (f"{within(peer[1]['median'] / floor):.3f}" if peer else "NaN")
         )
     script = f"""
-set terminal svg size 900,{120 + 15 * len(rows)} font 'sans,10' background 'white'
+set terminal svg noenhanced size 900,{120 + 15 * len(rows)} font 'sans,10' background 'white'
 set output '{target}'
-set title 'Median time, as a ratio to the floor (left of 1 is faster)'
+set title 'Median time, as a ratio to the floor (left of 1 is faster; what is beyond an edge lies on it)'
 set logscale x 2
-set xrange [0.125:8]
+set xrange [{left * 0.9}:{right * 1.1}]
 set yrange [-1:{len(rows)}]
 set grid x
 set key outside top center horizontal
 set arrow from 1,-1 to 1,{len(rows)} nohead lw 2 lc 'gray'
+set arrow from 1.05,-1 to 1.05,{len(rows)} nohead dt 3 lc 'gray'
 plot '-' using 2:0:ytic(1) with points pt 7 ps 0.6 lc 'dark-blue' title 'library', \\
      '-' using 3:0 with points pt 6 ps 0.6 lc 'orange-red' title 'best peer'
 """ + 2 * ("\n".join(rows) + "\ne\n")
