@@ -102,17 +102,18 @@ bool IsBlack(TQColor const& color)
 
 void Merge(TQColor& color, TQColor const& other, bool& changed, bool& has)
 {
-    std::uint32_t const red = color.m_Red ^ other.m_Red;
-    std::uint32_t const green = color.m_Green ^ other.m_Green;
-    std::uint32_t const blue = color.m_Blue ^ other.m_Blue;
+    std::uint32_t red = color.m_Red ^ other.m_Red;
+    std::uint32_t green = color.m_Green ^ other.m_Green;
+    std::uint32_t blue = color.m_Blue ^ other.m_Blue;
     if (red != 255 || green != 255 || blue != 255 || color.m_Alpha != 255) {
         changed = true;
         has = true;
     }
-    std::uint32_t const flip = IsBlack(color) && IsBlack(other) ? 255 : 0;
-    color.m_Red = (red & 255) | flip;
-    color.m_Green = (green & 255) | flip;
-    color.m_Blue = (blue & 255) | flip;
+    if (IsBlack(color) && IsBlack(other))
+        red = green = blue = 255;
+    color.m_Red = red & 255;
+    color.m_Green = green & 255;
+    color.m_Blue = blue & 255;
 }
 
 template <class Attribute>
@@ -125,7 +126,7 @@ void Merge(Attribute& attribute, Attribute other, bool& changed)
 }
 } // namespace
 
-CFormat& CFormat::MergeFormat(CFormat const& other)
+[[gnu::flatten]] CFormat& CFormat::MergeFormat(CFormat const& other)
 {
     if (!Same(m_Color, other.m_Color))
         Merge(m_Color, other.m_Color, m_ColorChanged, m_HasColor);

@@ -1,7 +1,6 @@
 #include "FloorText.h"
 
 #include <algorithm>
-#include <climits>
 #include <cstdio>
 #include <cstring>
 #include <limits>
@@ -12,15 +11,9 @@ namespace Floor
 {
 namespace
 {
-int CompareBytes(char const* left, std::size_t leftSize, char const* right, std::size_t rightSize)
+int CompareBytes(std::string const& left, std::string_view right)
 {
-    std::size_t const shorter = std::min(leftSize, rightSize);
-    if (shorter != 0) { // an unset view has no pointer
-        if (int const order = std::memcmp(left, right, shorter))
-            return order;
-    }
-    auto const difference = static_cast<long>(leftSize - rightSize);
-    return static_cast<int>(std::clamp<long>(difference, INT_MIN, INT_MAX));
+    return left.compare(right); // what the steps say, to the letter
 }
 
 // The temporary of exactly the needed room, and the copy which becomes the result.
@@ -96,7 +89,7 @@ unsigned long CText::size() const noexcept
 
 int CText::compare(View const& text) const
 {
-    return CompareBytes(m_pString->data(), m_pString->size(), text.data(), text.size());
+    return CompareBytes(*m_pString, {text.data(), text.size()});
 }
 
 CText CText::substr(unsigned long position, unsigned long count) const
@@ -140,11 +133,28 @@ CText CText::do_join(std::vector<CText> const& items, View const& separator)
     char const* const separatorText = between.m_pString->data();
     std::size_t const separatorLength = std::strlen(separatorText);
     std::string& text = *result.m_pString;
+    text.resize(text.capacity());
+    char* end = text.data(); // of what is used
+    char* room = end + text.size();
+    auto const append = [&](char const* from, std::size_t size) {
+        if (size <= static_cast<std::size_t>(room - end)) {
+            end = static_cast<char*>(std::memcpy(end, from, size)) + size;
+            return;
+        }
+        text.resize(static_cast<std::size_t>(end - text.data()));
+        text.append(from, size); // grows as it is promised to
+        std::size_t const used = text.size();
+        text.resize(std::min(text.capacity(), used + 4096));
+        end = text.data() + used;
+        room = text.data() + text.size();
+    };
     for (CText const& item : items) {
-        if (!text.empty())
-            text.append(separatorText, separatorLength);
-        text.append(item.m_pString->data());
+        if (end != text.data())
+            append(separatorText, separatorLength);
+        char const* const itemText = item.m_pString->data();
+        append(itemText, std::strlen(itemText));
     }
+    text.resize(static_cast<std::size_t>(end - text.data()));
     return result;
 }
 
@@ -176,9 +186,7 @@ bool operator==(CText const& left, CText const& right)
 
 bool Less(CText const& left, CText const& right)
 {
-    return CompareBytes(left.m_pString->data(), left.m_pString->size(), right.m_pString->data(),
-                        right.m_pString->size())
-           < 0;
+    return CompareBytes(*left.m_pString, *right.m_pString) < 0;
 }
 
 CText operator+(CText const& left, CText const& right)
