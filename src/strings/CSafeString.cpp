@@ -22,6 +22,45 @@ std::string* NewCopy(custom_unique_ptr<std::string> const& converted)
 {
     return new std::string(*converted);
 }
+
+// Appends many short texts. The string grows when and as it does by appending one at a time, but
+// most are just copied to where it is filled in advance.
+class CAppender
+{
+public:
+    explicit CAppender(std::string& text) : m_Text(text) { FillAhead(); }
+
+    bool IsEmpty() const { return m_pEnd == m_Text.data(); }
+
+    void Append(std::string_view text)
+    {
+        if (text.size() > m_Room) {
+            Finish();
+            m_Text.append(text);
+            FillAhead();
+            return;
+        }
+        std::memcpy(m_pEnd, text.data(), text.size());
+        m_pEnd += text.size();
+        m_Room -= text.size();
+    }
+
+    void Finish() { m_Text.resize(m_Text.size() - m_Room); }
+
+private:
+    void FillAhead()
+    {
+        constexpr unsigned long Step = 4096; // bounds the memory that is touched for nothing
+        unsigned long const used = m_Text.size();
+        m_Text.resize(std::min(m_Text.capacity(), used + Step));
+        m_pEnd = m_Text.data() + used;
+        m_Room = m_Text.size() - used;
+    }
+
+    std::string& m_Text;
+    char* m_pEnd = nullptr;   // of what is appended
+    unsigned long m_Room = 0; // filled behind it
+};
 } // namespace
 
 CSafeString::CSafeString(char const* text) : m_pString(new std::string(text == nullptr ? "" : text))
@@ -298,11 +337,13 @@ CSafeString CSafeString::do_join(std::vector<CSafeString> const& items,
         return result;
     }
     std::string_view const separatorText = between.get(); // up to its NUL, and measured once
+    CAppender appender(*result.m_pString);
     for (CSafeString const& item : items) {
-        if (!result.empty())
-            result.m_pString->append(separatorText);
-        result += item;
+        if (!appender.IsEmpty())
+            appender.Append(separatorText);
+        appender.Append(item.get());
     }
+    appender.Finish();
     return result;
 }
 

@@ -368,6 +368,33 @@ TEST(CSafeStringAllocation, JoinMakesNoRoomForWhatFollowsANul)
     EXPECT_EQ(Bytes(joined), "ab,ab");
 }
 
+// Of all lengths around those at which the text grows or is filled in advance.
+TEST(CSafeStringAllocation, JoinGrowsWhenAndAsAppendingDoes)
+{
+    for (std::size_t const length : {1u, 7u, 15u, 16u, 100u, 4095u, 4096u, 4097u, 10'000u}) {
+        std::vector<CSafeString> const items(13'000 / length + 3, CSafeString(length, 'x'));
+        SCOPED_TRACE(std::to_string(items.size()) + " items of " + std::to_string(length));
+
+        CAllocationCounter const joining;
+        CSafeString const joined = CSafeString::do_join(items, ", ");
+        long const blocksOfJoining = joining.Live();
+        unsigned long const allocationsOfJoining = joining.Count();
+
+        CAllocationCounter const appending;
+        CSafeString const separator(", ");
+        CSafeString appended;
+        for (CSafeString const& item : items) {
+            if (!appended.empty())
+                appended += separator;
+            appended += item;
+        }
+        EXPECT_EQ(allocationsOfJoining, appending.Count());
+        EXPECT_EQ(blocksOfJoining, appending.Live() - 1); // that of the separator is still there
+        EXPECT_EQ(StorageOf(joined)->capacity(), StorageOf(appended)->capacity());
+        EXPECT_EQ(Bytes(joined), Bytes(appended));
+    }
+}
+
 TEST(CSafeStringAllocation, FailedJoinLeaksNothing)
 {
     SOperands operands;
