@@ -2,11 +2,11 @@
 
 #include "CConsoleDialogues.h"
 #include "CConsoleReport.h"
-#include "CInterruptWatch.h"
 #include "CKeyboard.h"
 #include "ConsoleOptions.h"
 #include "TextLayout.h"
 
+#include <CInterruptWatch.h>
 #include <CWorkFolder.h>
 #include <ExitCode.h>
 

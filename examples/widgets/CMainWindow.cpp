@@ -24,6 +24,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <iostream>
 
 namespace
 {
@@ -238,7 +239,10 @@ void CMainWindow::FinishInTime()
 // The case at hand takes too long for somebody who closed the window.
 void CMainWindow::EndAtOnce()
 {
-    CWorkFolder::RemoveAtOnce(m_Feed.WorkFolder().to_path());
+    CWorkFolder::RemoveAtOnce(WorkFolder().to_path());
+    std::cerr << QCoreApplication::applicationName().toStdString()
+              << ": The window is closed and the case at hand does not end: it is cut short."
+              << std::endl;
     std::_Exit(static_cast<int>(EExitCode::Aborted));
 }
 

@@ -23,7 +23,7 @@ class QToolBar;
 ///
 /// Closing it ends the suite after the case at hand, whatever the suite waits
 /// for, and then the program; a case that does not end in time is cut short
-/// with the process.
+/// with the process, which says so on standard error.
 class CMainWindow final : public QMainWindow, private ISuiteObserver
 {
 public:
@@ -37,6 +37,8 @@ public:
     /// The verdict of the last suite that ended, or the status of what it ended
     /// by; aborted before any has.
     TEST_STATUS Verdict() const { return m_Verdict; }
+    /// Where the suite works now; empty before its start and after its end. For any thread.
+    CSafeString WorkFolder() const { return m_Feed.WorkFolder(); }
 
 protected:
     void closeEvent(QCloseEvent* event) override;

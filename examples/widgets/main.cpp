@@ -2,6 +2,8 @@
 
 #include "CMainWindow.h"
 
+#include <CInterruptWatch.h>
+#include <CWorkFolder.h>
 #include <ExitCode.h>
 
 #include <QApplication>
@@ -9,45 +11,12 @@
 #include <QTimer>
 
 #include <algorithm>
-#include <chrono>
-#include <csignal>
 #include <cstdlib>
 #include <iostream>
 #include <string_view>
 
 namespace
 {
-std::sig_atomic_t volatile interrupted = 0;
-
-extern "C" void OnInterrupt(int /*number*/)
-{
-    interrupted = 1;
-}
-
-// Ctrl-C in the terminal, or the end of the session, closes the window as the
-// operator would, so that nothing is left behind.
-void CloseWhenInterrupted(CMainWindow& window)
-{
-    struct sigaction action = {};
-    action.sa_handler = OnInterrupt;
-    action.sa_flags = SA_RESTART;
-    sigemptyset(&action.sa_mask);
-    for (int const number : {SIGINT, SIGTERM, SIGHUP}) {
-        struct sigaction previous = {};
-        sigaction(number, nullptr, &previous);
-        if (previous.sa_handler != SIG_IGN) // as nohup wants it
-            sigaction(number, &action, nullptr);
-    }
-    auto* const watch = new QTimer(&window);
-    QObject::connect(watch, &QTimer::timeout, &window, [&window] {
-        if (interrupted != 0) {
-            interrupted = 0;
-            window.close();
-        }
-    });
-    watch->start(std::chrono::milliseconds(50));
-}
-
 // What the arguments ask for. Ends the program where that is a text, or nothing that makes sense.
 CSuiteOptions ParseOptions()
 {
@@ -97,12 +66,20 @@ int main(int argc, char* argv[])
         QCoreApplication const application(argc, argv);
         ParseOptions();
     }
+    CHeldInterrupts const held; // before Qt starts threads
     QApplication const application(argc, argv);
     CMainWindow window(ParseOptions());
+    // Ctrl-C in the terminal, or the end of the session, closes the window as the operator would.
+    CInterruptWatch const watch(
+        held,
+        [&window] {
+            QMetaObject::invokeMethod(
+                &window, [&window] { window.close(); }, Qt::QueuedConnection);
+        },
+        [&window] { CWorkFolder::RemoveAtOnce(window.WorkFolder().to_path()); });
     // The last window closed would not do: this one is hidden before its suite has ended.
     QApplication::setQuitOnLastWindowClosed(false);
     window.OnClosed([] { QApplication::exit(); });
-    CloseWhenInterrupted(window);
     window.show();
     QTimer::singleShot(0, &window, [&window] { window.StartSuite(); });
     QApplication::exec();

@@ -1,5 +1,6 @@
 // The program itself, and a window whose suite hangs, as processes of their own.
 
+#include "CHeldCompare.h"
 #include "CScriptedOperator.h"
 #include "TemporaryFolder.h"
 
@@ -17,11 +18,14 @@
 
 #include <algorithm>
 #include <csignal>
-#include <fstream>
 #include <set>
+#include <utility>
+#include <vector>
 
 namespace fs = std::filesystem;
+using testing::Contains;
 using testing::HasSubstr;
+using testing::StartsWith;
 
 namespace
 {
@@ -29,6 +33,10 @@ constexpr int longestWait = 60000; // milliseconds, for a hung test
 constexpr int longestEnd = 2000;
 constexpr int aborted = 2;
 constexpr int usage = 64;
+constexpr int brokenDown = 70;
+
+std::string const cutShort =
+    "The window is closed and the case at hand does not end: it is cut short.\n";
 
 class CWindowProgramTest : public testing::Test
 {
@@ -40,7 +48,7 @@ protected:
             WriteFile(m_Files.Path() / folder / "file", "Contents");
         }
         QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
-        variables.insert("HOME", QString::fromStdString(m_Work.Path().native()));
+        variables.insert("HOME", QString::fromStdString(m_Home.Path().native()));
         variables.insert("TMPDIR", QString::fromStdString(m_Work.Path().native()));
         m_Program.setProcessEnvironment(variables);
         m_Program.setProcessChannelMode(QProcess::MergedChannels);
@@ -51,6 +59,7 @@ protected:
             process->kill();
             process->waitForFinished();
         }
+        EXPECT_TRUE(fs::is_empty(m_Work.Path())) << "the work folder is left behind";
     }
 
     void SetVariable(QString const& name, QString const& value)
@@ -66,17 +75,10 @@ protected:
         ASSERT_TRUE(m_Program.waitForStarted(longestWait));
     }
 
-    void StartOnFiles() { Start({QString::fromStdString(m_Files.Path().native())}); }
+    // It begins at once, for one file raises no question.
+    void StartOnOneFile() { Start({QString::fromStdString(m_Files / "one")}); }
 
-    /// Whether the program has a handler of its own for the signal.
-    bool Catches(int signal) const
-    {
-        std::ifstream status("/proc/" + std::to_string(m_Program.processId()) + "/status");
-        for (std::string line; std::getline(status, line);)
-            if (line.rfind("SigCgt:", 0) == 0)
-                return ((std::stoull(line.substr(7), nullptr, 16) >> (signal - 1)) & 1U) != 0;
-        return false;
-    }
+    void StartOnFiles() { Start({QString::fromStdString(m_Files.Path().native())}); }
 
     int ExitCode()
     {
@@ -90,17 +92,32 @@ protected:
     {
         QElapsedTimer since;
         since.start();
-        EXPECT_EQ(kill(static_cast<pid_t>(m_Program.processId()), signal), 0);
+        Send(signal);
         int const code = ExitCode();
         EXPECT_LT(since.elapsed(), longestEnd);
         return code;
     }
 
-    /// What the program has written, but for what the platform without a display says of itself.
+    void Send(int signal) { EXPECT_EQ(kill(static_cast<pid_t>(m_Program.processId()), signal), 0); }
+
+    /// Waits for the program to write that; false when it ends before.
+    bool OutputReaches(QByteArray const& text)
+    {
+        while (!m_Output.contains(text)) {
+            if (!m_Program.waitForReadyRead(longestWait))
+                return false;
+            m_Output += m_Program.readAll();
+        }
+        return true;
+    }
+
+    /// What the program has written since the last call, but for what the platform
+    /// without a display says of itself.
     std::string Output()
     {
+        m_Output += m_Program.readAll();
         std::string text;
-        for (QByteArray const& line : m_Program.readAll().split('\n'))
+        for (QByteArray const& line : std::exchange(m_Output, {}).split('\n'))
             if (!line.startsWith("This plugin does not support "))
                 text += line.toStdString() + '\n';
         text.pop_back();
@@ -108,9 +125,11 @@ protected:
     }
 
     CTemporaryFolder const m_Files;
+    CTemporaryFolder const m_Home;
     CTemporaryFolder const m_Work;
     QProcess m_Display;
     QProcess m_Program;
+    QByteArray m_Output;
 };
 
 // What a virtual display shows: Xvfb keeps it in a file, a header of big-endian
@@ -158,13 +177,41 @@ CPicture Describe(QImage const& screen)
 }
 } // namespace
 
-TEST_F(CWindowProgramTest, EndsAtAnInterruptAsWhenItIsClosed)
+TEST_F(CWindowProgramTest, EndsAtAnInterruptAsWhenItIsClosedDuringACase)
 {
+    CHeldCompare const compare;
+    SetVariable("PATH", QString::fromStdString(compare.SearchPath()));
     for (int const signal : {SIGINT, SIGTERM, SIGHUP}) {
         SCOPED_TRACE(signal);
-        StartOnFiles();
-        ASSERT_TRUE(WaitUntil([&] { return Catches(signal); }));
-        EXPECT_EQ(ExitCodeAfter(signal), aborted) << Output();
+        StartOnOneFile();
+        ASSERT_TRUE(OutputReaches("Comparing\n"));
+        EXPECT_EQ(ExitCodeAfter(signal), aborted);
+        EXPECT_EQ(Output(), "Comparing\ntorqel-window: " + cutShort);
+        EXPECT_TRUE(fs::is_empty(m_Work.Path()));
+    }
+}
+
+TEST_F(CWindowProgramTest, LeavesNothingBehindWhenItIsToldToEndAtOnce)
+{
+    CHeldCompare const compare;
+    SetVariable("PATH", QString::fromStdString(compare.SearchPath()));
+    struct CRow
+    {
+        char const* m_Name;
+        std::vector<int> m_Signals;
+    };
+    for (CRow const& row :
+         {CRow{"quit", {SIGQUIT}}, CRow{"interrupted twice", {SIGHUP, SIGTERM}}}) {
+        SCOPED_TRACE(row.m_Name);
+        StartOnOneFile();
+        ASSERT_TRUE(OutputReaches("Comparing\n"));
+        for (int const signal : row.m_Signals)
+            Send(signal);
+        ASSERT_TRUE(m_Program.waitForFinished(longestWait));
+        EXPECT_EQ(m_Program.exitStatus(), QProcess::CrashExit);
+        EXPECT_THAT(row.m_Signals, Contains(m_Program.exitCode()));
+        EXPECT_EQ(Output(), "Comparing\n");
+        EXPECT_TRUE(fs::is_empty(m_Work.Path()));
     }
 }
 
@@ -178,7 +225,7 @@ TEST_F(CWindowProgramTest, EndsInTimeAlthoughItsSuiteHangs)
     sinceClosing.start();
     EXPECT_EQ(ExitCode(), aborted);
     EXPECT_LT(sinceClosing.elapsed(), longestEnd);
-    EXPECT_EQ(Output(), "closed\n");
+    EXPECT_EQ(Output(), "closed\nStuckWindow: " + cutShort);
     EXPECT_TRUE(fs::is_empty(work.Path()));
 }
 
