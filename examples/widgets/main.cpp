@@ -12,13 +12,30 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <exception>
 #include <iostream>
 #include <string_view>
 
 namespace
 {
+// Byte for byte as characters, for a folder's name need not be UTF-8.
+QStringList Arguments(int argc, char const* const* argv)
+{
+    QStringList arguments;
+    for (int index = 0; index < argc; ++index)
+        arguments.append(QString::fromLatin1(argv[index]));
+    return arguments;
+}
+
+[[noreturn]] void Refuse(QString const& problem)
+{
+    std::cerr << "torqel-window: " << problem.toLatin1().constData()
+              << "\nTry torqel-window --help.\n";
+    std::exit(static_cast<int>(EExitCode::Usage));
+}
+
 // What the arguments ask for. Ends the program where that is a text, or nothing that makes sense.
-CSuiteOptions ParseOptions()
+CSuiteOptions ParseOptions(int argc, char const* const* argv)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(
@@ -30,21 +47,20 @@ CSuiteOptions ParseOptions()
     QCommandLineOption const version({"v", "version"}, "show the version");
     parser.addOptions({help, version});
     parser.addPositionalArgument("FOLDER", "the folder to check", "[FOLDER]");
-    bool const understood = parser.parse(QCoreApplication::arguments());
+    if (!parser.parse(Arguments(argc, argv)))
+        Refuse(parser.errorText());
     QStringList const folders = parser.positionalArguments();
-    QString const problem =
-        understood ? "Only one folder can be checked at a time." : parser.errorText();
-    if (!understood || folders.size() > 1) {
-        std::cerr << "torqel-window: " << problem.toStdString() << "\nTry torqel-window --help.\n";
-        std::exit(static_cast<int>(EExitCode::Usage));
-    }
+    if (folders.size() > 1)
+        Refuse("Only one folder can be checked at a time.");
+    if (folders.contains(""))
+        Refuse("The folder's name is empty.");
     if (parser.isSet(help))
         parser.showHelp();
     if (parser.isSet(version))
         parser.showVersion();
     CSuiteOptions options;
     if (!folders.isEmpty())
-        options.m_Folder = folders.front().toStdString();
+        options.m_Folder = folders.front().toLatin1().toStdString();
     return options;
 }
 
@@ -56,19 +72,12 @@ bool AsksForText(int argc, char const* const* argv)
         return std::find(std::begin(texts), std::end(texts), argument) != std::end(texts);
     });
 }
-} // namespace
 
-int main(int argc, char* argv[])
+int Run(int argc, char** argv)
 {
-    QCoreApplication::setApplicationName("torqel-window");
-    QCoreApplication::setApplicationVersion(TORQEL_WINDOW_VERSION);
-    if (AsksForText(argc, argv)) {
-        QCoreApplication const application(argc, argv);
-        ParseOptions();
-    }
     CHeldInterrupts const held; // before Qt starts threads
     QApplication const application(argc, argv);
-    CMainWindow window(ParseOptions());
+    CMainWindow window(ParseOptions(argc, argv));
     // Ctrl-C in the terminal, or the end of the session, closes the window as the operator would.
     CInterruptWatch const watch(
         held,
@@ -84,4 +93,21 @@ int main(int argc, char* argv[])
     QTimer::singleShot(0, &window, [&window] { window.StartSuite(); });
     QApplication::exec();
     return static_cast<int>(ExitCodeOf(window.Verdict()));
+}
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    QCoreApplication::setApplicationName("torqel-window");
+    QCoreApplication::setApplicationVersion(TORQEL_WINDOW_VERSION);
+    if (AsksForText(argc, argv)) {
+        QCoreApplication const application(argc, argv);
+        ParseOptions(argc, argv);
+    }
+    try {
+        return Run(argc, argv);
+    } catch (std::exception const& error) {
+        std::cerr << "torqel-window: " << error.what() << '\n';
+        return static_cast<int>(EExitCode::BrokenDown);
+    }
 }

@@ -229,6 +229,18 @@ TEST_F(CWindowProgramTest, EndsInTimeAlthoughItsSuiteHangs)
     EXPECT_TRUE(fs::is_empty(work.Path()));
 }
 
+// Started by a shell, for QProcess hands over none but UTF-8.
+TEST_F(CWindowProgramTest, ChecksAFolderWhoseNameIsNotUtf8)
+{
+    CHeldCompare const compare;
+    SetVariable("PATH", QString::fromStdString(compare.SearchPath()));
+    fs::rename(m_Files / "one", m_Files / "caf\xE9");
+    m_Program.start("/bin/sh", {"-c", "exec \"$0\" \"$1\"/caf*", WINDOW_PROGRAM,
+                                QString::fromStdString(m_Files.Path().native())});
+    ASSERT_TRUE(OutputReaches("Comparing\n")) << Output();
+    EXPECT_EQ(ExitCodeAfter(SIGTERM), aborted);
+}
+
 TEST_F(CWindowProgramTest, ExplainsItself)
 {
     Start({"--help"});
@@ -256,6 +268,22 @@ TEST_F(CWindowProgramTest, SaysWhichArgumentsMeanNothing)
     Start({"--fast"});
     EXPECT_EQ(ExitCode(), usage);
     EXPECT_EQ(Output(), "torqel-window: Unknown option 'fast'.\nTry torqel-window --help.\n");
+    Start({""});
+    EXPECT_EQ(ExitCode(), usage);
+    EXPECT_EQ(Output(), "torqel-window: The folder's name is empty.\nTry torqel-window --help.\n");
+    Start({"--caf\u00E9"});
+    EXPECT_EQ(ExitCode(), usage);
+    EXPECT_THAT(Output(), HasSubstr("'caf\u00E9'"));
+}
+
+// Nothing can be found from a current folder that is gone.
+TEST_F(CWindowProgramTest, SaysWhyItBreaksDown)
+{
+    CTemporaryFolder const gone;
+    m_Program.start("/bin/sh", {"-c", "cd \"$1\" && rmdir \"$1\" && exec \"$0\" here",
+                                WINDOW_PROGRAM, QString::fromStdString(gone.Path().native())});
+    EXPECT_EQ(ExitCode(), brokenDown);
+    EXPECT_THAT(Output(), StartsWith("torqel-window: "));
 }
 
 TEST_F(CWindowProgramTest, IsDrawnOnARealDisplay)
