@@ -52,6 +52,24 @@ void CloseDialog(QDialog& dialog)
     dialog.done(QDialog::Rejected);
 }
 
+// What a picker asks by itself would be modal to the whole program, and Qt closes no window behind
+// such a dialogue. Before it appears, this takes that from it.
+class CNoModality : public QObject
+{
+public:
+    CNoModality() { qApp->installEventFilter(this); }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        auto* const dialog =
+            event->type() == QEvent::Show ? qobject_cast<QDialog*>(watched) : nullptr;
+        if (dialog != nullptr && dialog->isModal())
+            dialog->setModal(false);
+        return false;
+    }
+};
+
 // Qt's own picker in this program's window, alike on every desktop.
 void Prepare(QFileDialog& picker, sv_wrapper const& title, sv_wrapper const& folder)
 {
@@ -125,10 +143,13 @@ QWidget* CRequestBridge::Parent(EUIMode mode) const
 }
 
 // Deliberate: no dialogue is modal to Qt, which would refuse to close the window behind it.
+// A request that comes meanwhile runs its loop within this one's, so that it is answered first and
+// m_Open is a stack.
 bool CRequestBridge::IsAccepted(QDialog& dialog)
 {
     if (m_Closed)
         return false;
+    CNoModality const noModality;
     QEventLoop loop;
     connect(&dialog, &QDialog::finished, &loop, &QEventLoop::quit);
     m_Open.emplace_back(&dialog);

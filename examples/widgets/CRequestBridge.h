@@ -18,7 +18,9 @@ class QWidget;
 /// a modeless one is a window of its own.
 ///
 /// It lives in the interface's thread, where all its slots run; whichever thread
-/// emits waits for the answer. A slot never throws: whatever goes wrong, and
+/// emits waits for the answer. Of several open dialogues the operator answers any
+/// at any time; the answers reach their emitters in the reverse order of the
+/// requests, though, the newest first. A slot never throws: whatever goes wrong, and
 /// whatever comes after Close, is answered as "rejected".
 class CRequestBridge : public QObject
 {
@@ -81,7 +83,7 @@ private:
     QWidget& m_Window;
     std::function<void()> m_OnAbort;
     std::function<void()> m_OnUpdateResults;
-    std::vector<QPointer<QDialog>> m_Open;
+    std::vector<QPointer<QDialog>> m_Open; // the newest last
     unsigned m_Closings = 0; // calls of CloseUserInput
     bool m_Closed = false;
 };

@@ -342,6 +342,17 @@ TEST_F(CMainWindowTest, ClosesItsPickerOfFoldersWithItself)
     EXPECT_FALSE(Window().isVisible());
 }
 
+TEST_F(CMainWindowTest, ClosesWhatItsPickerAsksByItself)
+{
+    m_Operator.Then(Save("missing")).Then([this](QDialog& box) {
+        EXPECT_EQ(qobject_cast<QFileDialog*>(&box), nullptr);
+        CloseByManager(Window());
+        EXPECT_FALSE(box.isVisible());
+    });
+    ClickButton(Window(), "Folder");
+    EXPECT_FALSE(Window().isVisible());
+}
+
 // No checkpoint comes any more between the last case and the report.
 TEST_F(CMainWindowTest, AsksForNoReportWhenItIsClosedDuringTheLastCase)
 {

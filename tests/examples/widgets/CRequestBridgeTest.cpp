@@ -389,6 +389,7 @@ TEST_P(CRequestBridgeTest, ClosesWhatAPickerAsksByItself)
 {
     Operator().Then(Name("missing.txt")).Then([this](QDialog& box) {
         EXPECT_EQ(qobject_cast<QFileDialog*>(&box), nullptr);
+        EXPECT_EQ(QGuiApplication::modalWindow(), nullptr) << "no window could be closed";
         emit Signaler().CloseUserInput(true);
     });
     Ask([&] {
@@ -476,6 +477,25 @@ TEST_P(CRequestBridgeTest, TellsOfNewResultsAndOfARefresh)
     });
     EXPECT_EQ(updates, 2);
     EXPECT_EQ(thread, QThread::currentThread());
+}
+
+TEST(CRequestBridge, AnswersTheNewestRequestFirst)
+{
+    CBridge is;
+    QDialog* older = nullptr;
+    std::vector<std::string> answered;
+    is.m_Operator.Then([&](QDialog& dialog) {
+        older = &dialog;
+        EXPECT_FALSE(ItemIsRejected(is.m_Signaler));
+        answered.emplace_back("newer");
+    });
+    is.m_Operator.Then([&](QDialog& newer) {
+        ClickButton(*older, "Yes");
+        ClickButton(newer, "Yes");
+    });
+    EXPECT_FALSE(ChoiceIsRejected(is.m_Signaler));
+    answered.emplace_back("older");
+    EXPECT_THAT(answered, ElementsAre("newer", "older"));
 }
 
 // Two threads at once: the later question stands above the earlier one.

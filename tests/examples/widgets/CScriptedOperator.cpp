@@ -81,8 +81,10 @@ void TypeText(QWidget& window, QString const& text)
     QTest::keyClicks(window.focusWidget(), text);
 }
 
+// As Qt treats the manager's wish, which it refuses behind a modal dialogue.
 void CloseByManager(QWidget& window)
 {
+    EXPECT_EQ(QGuiApplication::modalWindow(), nullptr);
     window.close();
 }
 
