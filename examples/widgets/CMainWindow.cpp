@@ -133,7 +133,7 @@ void CMainWindow::BuildViews()
 
 void CMainWindow::StartSuite()
 {
-    if (IsRunning())
+    if (IsRunning() || m_Choosing)
         return;
     m_Results->RemoveAll();
     ShowFolder();
@@ -149,9 +149,13 @@ void CMainWindow::StartSuite()
 void CMainWindow::ChooseFolder()
 {
     CSafeString const current(m_Options.m_Folder.native());
+    m_Choosing = true;
+    UpdateCommands();
     std::optional<CSafeString> const folder =
         emit m_Signaler.PickDirectory("Folder to check", current, "");
-    if (!folder || IsRunning())
+    m_Choosing = false;
+    UpdateCommands();
+    if (!folder)
         return;
     m_Options.m_Folder = folder->to_path();
     m_Results->RemoveAll();
@@ -264,8 +268,8 @@ void CMainWindow::closeEvent(QCloseEvent* event)
 void CMainWindow::UpdateCommands()
 {
     bool const running = IsRunning();
-    m_Folder->setEnabled(!running);
-    m_Start->setEnabled(!running);
+    m_Folder->setEnabled(!running && !m_Choosing);
+    m_Start->setEnabled(!running && !m_Choosing);
     m_Pause->setEnabled(running && !m_Paused && !m_Aborting);
     m_Resume->setEnabled(running && m_Paused && !m_Aborting);
     m_Abort->setEnabled(running && !m_Aborting);

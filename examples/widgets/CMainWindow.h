@@ -79,6 +79,7 @@ private:
     std::unique_ptr<CSuiteRunner> m_Runner;
     QTimer m_PollTimer;
     QTimer m_Deadline; // of a suite that is to end with the window
+    bool m_Choosing = false; // the folder
     bool m_Asking = false;
     bool m_Paused = false;
     bool m_Aborting = false;

@@ -287,6 +287,20 @@ TEST_F(CMainWindowTest, ChecksTheFolderThatIsChosen)
     EXPECT_THAT(Files(), ElementsAre("c.txt"));
 }
 
+TEST_F(CMainWindowTest, OffersNoSecondPickerOfFolders)
+{
+    m_Operator.Then([this](QDialog& picker) {
+        EXPECT_TRUE(Commands().empty());
+        ClickButton(Window(), "Folder");
+        Window().StartSuite();
+        EXPECT_FALSE(Window().IsRunning());
+        picker.reject();
+    });
+    ClickButton(Window(), "Folder");
+    EXPECT_EQ(m_Operator.Seen(), 1);
+    EXPECT_THAT(Commands(), ElementsAre("Folder", "Start"));
+}
+
 TEST_F(CMainWindowTest, NamesEverythingForThoseWhoCannotSeeIt)
 {
     std::vector<std::string> names;
