@@ -13,14 +13,21 @@
 #include <cstdio>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace
 {
 // All that end a process unless it says otherwise, but for those that the
 // program takes as interrupts and those that nobody can catch.
-constexpr std::array<int, 14> deadly = {SIGABRT, SIGSEGV, SIGBUS,  SIGFPE,   SIGILL,
-                                        SIGTRAP, SIGSYS,  SIGXCPU, SIGXFSZ,  SIGALRM,
-                                        SIGPROF, SIGUSR1, SIGUSR2, SIGVTALRM};
+std::vector<int> DeadlySignals()
+{
+    std::vector<int> signals = {SIGABRT, SIGSEGV, SIGBUS,  SIGFPE,  SIGILL,    SIGTRAP,
+                                SIGSYS,  SIGXCPU, SIGXFSZ, SIGALRM, SIGVTALRM, SIGPROF,
+                                SIGUSR1, SIGUSR2, SIGIO,   SIGPWR,  SIGSTKFLT};
+    for (int number = SIGRTMIN; number <= SIGRTMAX; ++number)
+        signals.push_back(number);
+    return signals;
+}
 
 // The bytes of one key follow each other faster than anybody types, even from afar.
 constexpr std::chrono::milliseconds sequencePause(50);
@@ -63,11 +70,17 @@ void Handle(int number, void (*handler)(int), int flags)
     sigaction(number, &action, nullptr);
 }
 
-void HandleUnlessIgnored(int number, void (*handler)(int), int flags)
+void (*HandlerOf(int number))(int)
 {
     struct sigaction action = {};
     sigaction(number, nullptr, &action);
-    if (action.sa_handler != SIG_IGN)
+    return action.sa_handler;
+}
+
+// One that is ignored, or that somebody handles already, is left alone.
+void Replace(int number, void (*former)(int), void (*handler)(int), int flags)
+{
+    if (HandlerOf(number) == former)
         Handle(number, handler, flags);
 }
 
@@ -94,13 +107,6 @@ extern "C" void OnStop(int number)
     Handle(number, OnStop, static_cast<int>(SA_RESTART));
     stopping = false;
     errno = savedError;
-}
-
-bool HandlesStop()
-{
-    struct sigaction action = {};
-    sigaction(SIGTSTP, nullptr, &action);
-    return action.sa_handler == OnStop;
 }
 
 // The shell may have had the terminal meanwhile.
@@ -196,9 +202,9 @@ CKeyboard::CKeyboard()
     keyMode.c_cc[VTIME] = 0;
     // Keys that wait in the stream's buffer would be hidden from the poll.
     static_cast<void>(std::setvbuf(stdin, nullptr, _IONBF, 0));
-    for (int const number : deadly)
-        HandleUnlessIgnored(number, OnDeadlySignal, static_cast<int>(SA_RESETHAND));
-    HandleUnlessIgnored(SIGTSTP, OnStop, static_cast<int>(SA_RESTART));
+    for (int const number : DeadlySignals())
+        Replace(number, SIG_DFL, OnDeadlySignal, static_cast<int>(SA_RESETHAND));
+    Replace(SIGTSTP, SIG_DFL, OnStop, static_cast<int>(SA_RESTART));
     Handle(SIGCONT, OnContinue, SA_RESTART);
     restored = false;
     modeApplied = true;
@@ -233,8 +239,9 @@ std::optional<int> CKeyboard::Wait(std::chrono::milliseconds time)
 
 void CKeyboard::Suspend()
 {
-    stopping = HandlesStop(); // whichever thread handles it, and whenever it gets to that
-    kill(0, SIGTSTP);         // the whole job, a running command included
+    // Whichever thread handles it, and whenever it gets to that.
+    stopping = HandlerOf(SIGTSTP) == OnStop;
+    kill(0, SIGTSTP); // the whole job, a running command included
 }
 
 void CKeyboard::Restore() const
@@ -244,8 +251,8 @@ void CKeyboard::Restore() const
     std::lock_guard<std::mutex> const lock(readLock);
     restored = true;
     PutBack();
-    for (int const number : deadly)
-        HandleUnlessIgnored(number, SIG_DFL, 0);
-    HandleUnlessIgnored(SIGTSTP, SIG_DFL, 0);
+    for (int const number : DeadlySignals())
+        Replace(number, OnDeadlySignal, SIG_DFL, 0);
+    Replace(SIGTSTP, OnStop, SIG_DFL, 0);
     Handle(SIGCONT, SIG_DFL, 0);
 }

@@ -11,7 +11,9 @@
 ///
 /// Does nothing where standard input is not a terminal with this process in its
 /// foreground. The terminal is as it was before once this object is gone, when
-/// a signal ends or stops the process, and while it is stopped.
+/// a signal ends or stops the process, and while it is stopped. That takes a
+/// handler of each such signal, but for those that the process ignores or that
+/// it handled before this object, as sanitizers do theirs.
 ///
 /// Threads: one object at a time; Poll and Wait by who holds Turn, the rest on any.
 class CKeyboard

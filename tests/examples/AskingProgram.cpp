@@ -13,6 +13,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <csignal>
 #include <cstdlib>
 #include <iostream>
 #include <map>
@@ -136,6 +137,12 @@ void Refresh(CRequest const& request)
     Write("refreshed");
 }
 
+extern "C" void OnOwnSignal(int /*number*/)
+{
+    constexpr char text[] = "Handled.";
+    static_cast<void>(!write(STDOUT_FILENO, text, sizeof text - 1));
+}
+
 using Request = void (*)(CRequest const&);
 std::map<std::string, Request> const requests = {
     {"abort",
@@ -190,6 +197,7 @@ std::map<std::string, Request> const requests = {
 
 int main(int argc, char* argv[])
 {
+    static_cast<void>(std::signal(SIGUSR2, OnOwnSignal)); // before the keyboard's own
     CTerminal const terminal = CTerminal::OfStandardOutput();
     CConsoleReport report(std::cout, terminal, false);
     CKeyboard keyboard;

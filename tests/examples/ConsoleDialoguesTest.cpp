@@ -278,6 +278,16 @@ TEST_F(CConsoleDialogue, ComesBackAfterASuspension)
     EXPECT_EQ(AnswerOf(program), "12");
 }
 
+TEST_F(CConsoleDialogue, LeavesASignalToTheProgramThatHandlesIt)
+{
+    CChildProcess program(Launch("choice"));
+    ASSERT_TRUE(program.ReadUntil("\r  > "));
+    program.Signal(SIGUSR2);
+    ASSERT_TRUE(program.ReadUntil("Handled."));
+    program.Type("y");
+    EXPECT_EQ(AnswerOf(program), "yes");
+}
+
 TEST_F(CConsoleDialogue, KeepsAsMuchOfALongLineAsTheWindowHolds)
 {
     m_Launch.m_Columns = 30;

@@ -235,7 +235,11 @@ TEST_F(CConsoleProgram, LeavesTheTerminalAsItWasHoweverItEnds)
           CRow{"interrupted", "", SIGINT, 2}, CRow{"terminated", "", SIGTERM, 2},
           CRow{"hung up", "", SIGHUP, 2}, CRow{"quit", "", SIGQUIT, -SIGQUIT},
           CRow{"aborted", "", SIGABRT, -SIGABRT}, CRow{"an alarm", "", SIGALRM, -SIGALRM},
-          CRow{"a signal of the user's", "", SIGUSR1, -SIGUSR1}}) {
+          CRow{"a signal of the user's", "", SIGUSR1, -SIGUSR1},
+          CRow{"input and output", "", SIGIO, -SIGIO}, CRow{"power", "", SIGPWR, -SIGPWR},
+          CRow{"stack fault", "", SIGSTKFLT, -SIGSTKFLT},
+          CRow{"the first of real time", "", SIGRTMIN, -SIGRTMIN},
+          CRow{"the last of real time", "", SIGRTMAX, -SIGRTMAX}}) {
         SCOPED_TRACE(row.m_Name);
         CChildProcess program(m_Launch);
         ASSERT_TRUE(program.ReadUntil("\r  > "));
