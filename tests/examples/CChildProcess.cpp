@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <iterator>
 #include <stdexcept>
@@ -19,8 +20,10 @@
 
 namespace
 {
+using Clock = std::chrono::steady_clock;
+
 // Only a program that hangs is ever waited for so long.
-constexpr int hangMilliseconds = 120000;
+constexpr std::chrono::minutes longestWait(2);
 constexpr int pipeSize = 4096; // the least that there is
 
 [[noreturn]] void Fail(char const* what)
@@ -149,11 +152,27 @@ CChildProcess::~CChildProcess()
     CloseOutput();
 }
 
-bool CChildProcess::ReadMore()
+void CChildProcess::Hangs(std::string const& awaited) const
+{
+    throw std::runtime_error("The program hangs; awaited was " + awaited + ". It has written:\n"
+                             + m_Text);
+}
+
+void CChildProcess::Await(std::string const& what, std::function<bool()> const& condition) const
+{
+    for (Clock::time_point const end = Clock::now() + longestWait; !condition();
+         std::this_thread::yield())
+        if (Clock::now() >= end)
+            Hangs(what);
+}
+
+bool CChildProcess::ReadMore(std::string const& awaited, Clock::time_point end)
 {
     pollfd waiting = {m_Output, POLLIN, 0};
-    if (poll(&waiting, 1, hangMilliseconds) == 0)
-        throw std::runtime_error("The program hangs; it has written:\n" + m_Text);
+    auto const left =
+        std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
+    if (left <= 0 || poll(&waiting, 1, static_cast<int>(left)) == 0)
+        Hangs(awaited);
     std::array<char, 4096> block{};
     ssize_t const count = read(m_Output, block.data(), block.size());
     if (count > 0)
@@ -163,17 +182,19 @@ bool CChildProcess::ReadMore()
 
 bool CChildProcess::ReadUntil(std::string const& text)
 {
+    Clock::time_point const end = Clock::now() + longestWait;
     while (m_Text.find(text) == std::string::npos)
-        if (!ReadMore())
+        if (!ReadMore(text, end))
             return false;
     return true;
 }
 
 bool CChildProcess::ReadNext(std::string const& text)
 {
+    Clock::time_point const end = Clock::now() + longestWait;
     std::size_t at = m_Text.find(text, m_Next);
     for (; at == std::string::npos; at = m_Text.find(text, m_Next))
-        if (!ReadMore())
+        if (!ReadMore(text, end))
             return false;
     m_Next = at + text.size();
     return true;
@@ -181,16 +202,20 @@ bool CChildProcess::ReadNext(std::string const& text)
 
 std::string const& CChildProcess::ReadAll()
 {
-    while (ReadMore()) {
+    Clock::time_point const end = Clock::now() + longestWait;
+    while (ReadMore("the end of its output", end)) {
     }
     return m_Text;
 }
 
 void CChildProcess::AwaitFullPipe(int line) const
 {
-    for (int waiting = 0; waiting + line <= pipeSize; std::this_thread::yield())
+    Await("a full pipe", [&] {
+        int waiting = 0;
         if (ioctl(m_Output, FIONREAD, &waiting) != 0)
             Fail("FIONREAD");
+        return waiting + line > pipeSize;
+    });
 }
 
 void CChildProcess::CloseOutput()
@@ -233,24 +258,30 @@ bool CChildProcess::TerminalIsOrdinary() const
 
 void CChildProcess::AwaitKeys() const
 {
-    while (TerminalIsOrdinary())
-        std::this_thread::yield();
+    Await("the keys' mode", [this] { return !TerminalIsOrdinary(); });
 }
 
 void CChildProcess::AwaitStop() const
 {
-    int status = 0;
-    if (waitpid(m_Process, &status, WUNTRACED) < 0)
-        Fail("waitpid");
-    if (!WIFSTOPPED(status))
+    if (!WIFSTOPPED(AwaitChange("its stop", WUNTRACED)))
         throw std::runtime_error("The program has ended; it has written:\n" + m_Text);
+}
+
+int CChildProcess::AwaitChange(std::string const& what, int options) const
+{
+    int status = 0;
+    Await(what, [&] {
+        pid_t const changed = waitpid(m_Process, &status, options | WNOHANG);
+        if (changed < 0)
+            Fail("waitpid");
+        return changed == m_Process;
+    });
+    return status;
 }
 
 int CChildProcess::Wait()
 {
-    int status = 0;
-    if (waitpid(m_Process, &status, 0) < 0)
-        Fail("waitpid");
+    int const status = AwaitChange("its end", 0);
     m_Process = -1;
     return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
 }

@@ -2,6 +2,8 @@
 
 #include <sys/types.h>
 
+#include <chrono>
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -28,6 +30,9 @@ struct CLaunch
 
 /// A running program, its standard output and error read together, by way of a
 /// pipe or a terminal of its own. Killed at the latest with this object.
+///
+/// Whatever waits for the program throws std::runtime_error, which says what it
+/// waited for, once the program has hung for two minutes.
 class CChildProcess
 {
 public:
@@ -42,6 +47,8 @@ public:
     bool ReadNext(std::string const& text);
     /// Reads to the end of the output and returns all of it.
     std::string const& ReadAll();
+    /// Waits until the condition holds, whose name is `what`.
+    void Await(std::string const& what, std::function<bool()> const& condition) const;
     /// Waits until the program is stuck in its output because nobody reads on.
     /// For pipes, and a program that writes `line` bytes at a time.
     void AwaitFullPipe(int line) const;
@@ -61,7 +68,10 @@ public:
     int Wait();
 
 private:
-    bool ReadMore();
+    [[noreturn]] void Hangs(std::string const& awaited) const;
+    bool ReadMore(std::string const& awaited, std::chrono::steady_clock::time_point end);
+    /// What waitpid tells of the next change.
+    int AwaitChange(std::string const& what, int options) const;
 
     pid_t m_Process = -1;
     int m_Output = -1;

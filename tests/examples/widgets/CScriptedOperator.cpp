@@ -14,6 +14,13 @@ namespace
 constexpr std::chrono::seconds longestWait(60);
 } // namespace
 
+CHangGuard::CHangGuard(char const* work)
+{
+    QObject::connect(&m_Timer, &QTimer::timeout,
+                     [work] { qFatal("%s hangs after a minute", work); });
+    m_Timer.start(longestWait);
+}
+
 CScriptedOperator::CScriptedOperator()
 {
     qApp->installEventFilter(this);

@@ -4,6 +4,7 @@
 #include <QDialog>
 #include <QEventLoop>
 #include <QPushButton>
+#include <QTimer>
 
 #include <deque>
 #include <functional>
@@ -63,10 +64,22 @@ std::vector<Part*> FindParts(QWidget const& window)
 /// Waits, with events going on, for as long as a hung test may take.
 bool WaitUntil(std::function<bool()> const& condition);
 
+/// Ends the process when this object outlives the longest time that a test may
+/// take: a thread that hangs can be joined by nobody.
+class CHangGuard
+{
+public:
+    explicit CHangGuard(char const* work);
+
+private:
+    QTimer m_Timer;
+};
+
 /// Does `work` on a thread of its own while this one serves events.
 template <class Work>
 void RunBesideEvents(Work const& work)
 {
+    CHangGuard const guard("the work beside the events");
     QEventLoop loop;
     std::thread thread([&] {
         work();
