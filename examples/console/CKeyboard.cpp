@@ -115,14 +115,16 @@ extern "C" void OnContinue(int /*number*/)
     modeApplied = false;
 }
 
-bool InForeground()
+// Not where the terminal is gone: the end of its input is still to be read.
+bool InBackground()
 {
-    return tcgetpgrp(STDIN_FILENO) == getpgrp();
+    pid_t const foreground = tcgetpgrp(STDIN_FILENO);
+    return foreground >= 0 && foreground != getpgrp();
 }
 
 bool OwnsTerminal()
 {
-    return isatty(STDIN_FILENO) == 1 && InForeground() && tcgetattr(STDIN_FILENO, &keptMode) == 0;
+    return tcgetpgrp(STDIN_FILENO) == getpgrp() && tcgetattr(STDIN_FILENO, &keptMode) == 0;
 }
 
 bool ReadyForKeys()
@@ -130,7 +132,7 @@ bool ReadyForKeys()
     std::lock_guard<std::mutex> const lock(readLock);
     if (restored || stopping)
         return false;
-    if (!InForeground()) {
+    if (InBackground()) {
         modeApplied = false;
         return false;
     }

@@ -110,6 +110,7 @@ void CConsoleRun::HandleKey(int key)
         m_Runner.Pause();
         break;
     case 'r':
+    case CKeyboard::EndOfInput: // nobody else could
         m_Runner.Resume();
         break;
     case 'a':

@@ -334,6 +334,30 @@ TEST_F(CConsoleProgram, EndsWhenItsTerminalGoesAway)
     }
 }
 
+// As with nohup, whose output goes to a file.
+TEST_F(CConsoleProgram, ResumesWhenTheTerminalOfAPausedRunGoesAway)
+{
+    CTemporaryFolder const output;
+    CHeldCompare const compare;
+    WriteFile(output / "text", "");
+    m_Launch.m_Variables["PATH"] = compare.SearchPath();
+    m_Launch.m_Output = CLaunch::EOutput::Terminal;
+    m_Launch.m_OutputFile = output / "text";
+    m_Launch.m_IgnoredSignal = SIGHUP;
+    CChildProcess program(m_Launch);
+    auto const written = [&] { return ReadFile(output / "text"); };
+    program.Await("a case", [&] { return testing::Value(written(), HasSubstr("Comparing")); });
+    program.Type("ph"); // a pause shows after the case, the help at once
+    program.Await("the keys",
+                  [&] { return testing::Value(written(), HasSubstr("Keys: p pauses")); });
+    compare.LetGo();
+    program.Await("the pause", [&] { return testing::Value(written(), HasSubstr("\nPaused.\n")); });
+    program.CloseOutput();
+    compare.LetGo();
+    EXPECT_EQ(program.Wait(), 0);
+    EXPECT_THAT(written(), AllOf(HasSubstr("\nResumed.\n"), EndsWith("\nPASSED\n")));
+}
+
 TEST_F(CConsoleProgram, AsksFromBeginningToEnd)
 {
     for (char const* folder : {"one", "three", "two"}) {
