@@ -263,8 +263,6 @@ TEST_F(CConsoleProgram, LeavesTheTerminalAsItWasWhenToldTwiceToEnd)
     program.ReadAll();
     EXPECT_EQ(program.Wait(), -SIGINT);
     EXPECT_TRUE(program.TerminalIsOrdinary());
-    for (fs::directory_entry const& left : fs::directory_iterator(m_Temporary.Path()))
-        fs::remove_all(left.path()); // what a command that still runs may have left
 }
 
 TEST_F(CConsoleProgram, LosesNoInterruptWhileACommandRuns)
@@ -391,6 +389,21 @@ TEST_F(CConsoleProgram, AsksFromBeginningToEnd)
     EXPECT_THAT(ReadFile(reports / "saved.txt"), HasSubstr("\nPASS  three/inside\n"));
 }
 
+TEST_F(CConsoleProgram, OffersTheHomeFolderForTheReportWhereThereAreNoDocuments)
+{
+    m_Launch.m_Command.emplace_back("--ask");
+    m_Launch.m_Output = CLaunch::EOutput::Terminal;
+    m_Launch.m_Columns = 500;
+    CChildProcess program(m_Launch);
+    ASSERT_TRUE(program.ReadNext("\r  > "));
+    program.Type("\r");
+    ASSERT_TRUE(program.ReadNext("A path, or a name in " + m_Temporary.Path().native() + "; "));
+    ASSERT_TRUE(program.ReadNext("\r  > "));
+    program.Type("\x1b");
+    program.ReadAll();
+    EXPECT_EQ(program.Wait(), 0);
+}
+
 TEST_F(CConsoleProgram, StopsAtAFailureWhenTheOperatorSaysSo)
 {
     WriteFile(m_Files / "b\xE9", "");
@@ -469,6 +482,22 @@ TEST_F(CConsoleProgram, ExitsWith66WithoutAFolder)
     EXPECT_EQ(Run(), 66);
     EXPECT_EQ(m_Output,
               "torqel-console: '" + (m_Files / "a") + "' is not a folder (Not a directory).\n");
+}
+
+// Nothing can be found from a current folder that is gone.
+TEST_F(CConsoleProgram, ExitsWith70AndLeavesTheTerminalAsItWasAfterAnException)
+{
+    m_Launch.m_Command = {"/bin/sh", "-c",
+                          "mkdir gone && cd gone && rmdir ../gone && exec \"$0\" .",
+                          CONSOLE_PROGRAM};
+    CScopedCurrentPath const current(m_Files.Path());
+    for (CLaunch::EOutput const output : {CLaunch::EOutput::Pipe, CLaunch::EOutput::Terminal}) {
+        m_Launch.m_Output = output;
+        CChildProcess program(m_Launch);
+        EXPECT_THAT(program.ReadAll(), StartsWith("torqel-console: "));
+        EXPECT_EQ(program.Wait(), 70);
+        EXPECT_EQ(program.TerminalIsOrdinary(), output == CLaunch::EOutput::Terminal);
+    }
 }
 
 TEST_F(CConsoleProgram, ExitsWith73WithoutATemporaryFolder)
