@@ -5,6 +5,7 @@
 #include "TextLayout.h"
 #include "TypedAnswers.h"
 
+#include <SuiteTexts.h>
 #include <UIChoices.h>
 
 #include <memory>
@@ -110,9 +111,9 @@ void CConsoleDialogues::Connect(CQtSignaler& signaler, Signal signal,
 bool CConsoleDialogues::AbortTestSuite(bool suggested)
 {
     CQuestion question;
-    question.m_Text = suggested ? "The suite suggests to end here. Abort it?" : "Abort the suite?";
-    question.m_Accept = "Abort";
-    question.m_Reject = "Go on";
+    question.m_Text = AbortQuestion(suggested);
+    question.m_Accept = abortAccepted;
+    question.m_Reject = abortRejected;
     return m_Prompter.AskForKey(question) == EReply::Accepted;
 }
 

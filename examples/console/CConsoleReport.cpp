@@ -3,9 +3,11 @@
 #include "TextLayout.h"
 
 #include <RunRecord.h>
+#include <SuiteTexts.h>
 #include <VerdictFormat.h>
 
 #include <BaseUtilities/CFormattedString.h>
+#include <BaseUtilities/StringUtilities.h>
 
 #include <algorithm>
 #include <ios>
@@ -21,12 +23,6 @@ std::string DurationText(std::chrono::nanoseconds duration)
 {
     double const seconds = std::chrono::duration<double>(duration).count();
     return CFormattedString(seconds < 10 ? "%.2f s" : "%.0f s", seconds).get();
-}
-
-std::string GroupName(ECaseGroup group)
-{
-    return group == ECaseGroup::Files ? "Files, copied and compared"
-                                      : "Copies that must be refused";
 }
 
 std::string Blanks(std::size_t count)
@@ -124,13 +120,8 @@ void CConsoleReport::SuiteFinished(CSuiteSummary const& summary)
     WriteCounts(summary);
     if (!summary.m_Problem.empty())
         WriteText(EColour::Red, Printable(summary.m_Problem.get()));
-    CFormatInfo const format = VerdictFormat(summary.m_Verdict);
-    if (summary.m_Verdict == TEST_STATUS_PASSED)
-        WriteLine(m_Terminal.Painted(format, "PASSED"));
-    else if (summary.m_Verdict == TEST_STATUS_ABORTED)
-        WriteLine(m_Terminal.Painted(format, "ABORTED"));
-    else
-        WriteLine(m_Terminal.Painted(format, "FAILED"));
+    WriteLine(m_Terminal.Painted(VerdictFormat(summary.m_Verdict),
+                                 ToUpper(VerdictName(summary.m_Verdict)).get()));
     Flush();
 }
 
@@ -331,8 +322,5 @@ std::string CConsoleReport::Bar(std::size_t cells) const
 
 std::string CConsoleReport::VerdictText(TEST_STATUS verdict) const
 {
-    CFormatInfo const format = VerdictFormat(verdict);
-    if (verdict == TEST_STATUS_PASSED)
-        return m_Terminal.Painted(format, "PASS");
-    return m_Terminal.Painted(format, verdict == TEST_STATUS_SKIPPED ? "SKIP" : "FAIL");
+    return m_Terminal.Painted(VerdictFormat(verdict), VerdictMark(verdict));
 }

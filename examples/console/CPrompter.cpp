@@ -90,7 +90,6 @@ private:
     std::optional<CScreen> m_Screen;
     CPromptRow m_Row;
     Clock::time_point const m_Start = Clock::now();
-    bool m_Aborts = false;
 };
 
 CPrompter::CTurn::CTurn(CPrompter& prompter, CQuestion const& question)
@@ -171,9 +170,8 @@ std::optional<EReply> CPrompter::CTurn::OnKey(int key)
     case ctrlX:
         if (m_Question.m_Abort.empty())
             return std::nullopt;
-        m_Aborts = true;
         m_Prompter.m_Steer('a');
-        return EReply::Closed;
+        return EReply::AbortSuite;
     case CKeyboard::EndOfInput:
         return EReply::Rejected;
     case CKeyboard::Escape:
@@ -231,8 +229,10 @@ std::string CPrompter::CTurn::Outcome(EReply reply, std::string const& answer) c
     case EReply::TimedOut:
         return "No answer in " + std::to_string(m_Question.m_Timeout)
                + " s: " + (otherwise.empty() ? "going on" : otherwise);
+    case EReply::AbortSuite:
+        return m_Question.m_Abort;
     case EReply::Closed:
-        return m_Aborts ? m_Question.m_Abort : "Closed";
+        return "Closed";
     case EReply::Rejected:
         break;
     }

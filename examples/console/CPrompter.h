@@ -2,6 +2,8 @@
 
 #include "Terminal.h"
 
+#include <EReply.h>
+
 #include <cstdint>
 #include <functional>
 #include <mutex>
@@ -11,13 +13,6 @@
 
 class CConsoleReport;
 class CKeyboard;
-
-enum class EReply {
-    Accepted,
-    Rejected,
-    TimedOut,
-    Closed ///< by somebody else than the operator, or because the suite is to end
-};
 
 /// What a question says and which ways out it offers.
 struct CQuestion

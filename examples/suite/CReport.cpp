@@ -1,6 +1,7 @@
 #include "CReport.h"
 
 #include "RunRecord.h"
+#include "SuiteTexts.h"
 
 #include <BaseUtilities/CFormattedString.h>
 #include <BaseUtilities/DoThrow.h>
@@ -9,23 +10,6 @@
 #include <cerrno>
 #include <fstream>
 #include <system_error>
-
-namespace
-{
-char const* VerdictWord(TEST_STATUS verdict)
-{
-    switch (static_cast<std::uint32_t>(verdict)) {
-    case TEST_STATUS_PASSED:
-        return "PASS";
-    case TEST_STATUS_SKIPPED:
-        return "SKIP";
-    case TEST_STATUS_ABORTED:
-        return "ABORT";
-    default:
-        return "FAIL";
-    }
-}
-} // namespace
 
 void CReport::Begin(CSuitePlan const& plan)
 {
@@ -38,7 +22,7 @@ void CReport::Begin(CSuitePlan const& plan)
 
 void CReport::Add(CCase const& finished, CCaseOutcome const& outcome)
 {
-    m_Lines.push_back(CFormattedString("%-5s %s", VerdictWord(outcome.m_Verdict), finished.m_Name));
+    m_Lines.push_back(CFormattedString("%-5s %s", VerdictMark(outcome.m_Verdict), finished.m_Name));
     if (!outcome.m_Detail.empty())
         m_Lines.push_back("      " + outcome.m_Detail);
 }
@@ -50,7 +34,7 @@ void CReport::End(CSuiteSummary const& summary)
     if (!summary.m_Problem.empty())
         m_Lines.push_back(summary.m_Problem);
     m_Lines.push_back(
-        CFormattedString("%s, ended %s", VerdictWord(summary.m_Verdict), summary.m_Finished));
+        CFormattedString("%s, ended %s", VerdictMark(summary.m_Verdict), summary.m_Finished));
 }
 
 CSafeString CReport::Text() const

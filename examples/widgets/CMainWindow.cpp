@@ -8,6 +8,7 @@
 #include <CWorkFolder.h>
 #include <ExitCode.h>
 #include <RunRecord.h>
+#include <SuiteTexts.h>
 
 #include <BaseUtilities/TQException.h>
 #include <BaseUtilities/UIHelperBase.h>

@@ -78,7 +78,7 @@ private:
     std::function<void()> m_OnClosed;
     std::unique_ptr<CSuiteRunner> m_Runner;
     QTimer m_PollTimer;
-    QTimer m_Deadline; // of a suite that is to end with the window
+    QTimer m_Deadline;       // of a suite that is to end with the window
     bool m_Choosing = false; // the folder
     bool m_Asking = false;
     bool m_Paused = false;

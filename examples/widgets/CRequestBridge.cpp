@@ -4,6 +4,7 @@
 #include "RequestDialogs.h"
 #include "Text.h"
 
+#include <SuiteTexts.h>
 #include <UIChoices.h>
 
 #include <QApplication>
@@ -182,9 +183,7 @@ bool CRequestBridge::MayWrite(QString const& file)
 
 bool CRequestBridge::AbortTestSuite(bool initial)
 {
-    CRequestTexts const texts = {initial ? tr("The suite suggests to end here. Abort it?")
-                                         : tr("Abort the suite?"),
-                                 tr("Abort"), tr("Go on"), QString()};
+    CRequestTexts const texts = {AbortQuestion(initial), abortAccepted, abortRejected, QString()};
     CRequestDialog dialog(&m_Window, texts, 0);
     return IsAnswered(dialog);
 }

@@ -84,6 +84,6 @@ private:
     std::function<void()> m_OnAbort;
     std::function<void()> m_OnUpdateResults;
     std::vector<QPointer<QDialog>> m_Open; // the newest last
-    unsigned m_Closings = 0; // calls of CloseUserInput
+    unsigned m_Closings = 0;               // calls of CloseUserInput
     bool m_Closed = false;
 };

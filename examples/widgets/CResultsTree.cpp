@@ -3,6 +3,7 @@
 #include "Text.h"
 #include "VerdictLook.h"
 
+#include <SuiteTexts.h>
 #include <VerdictFormat.h>
 
 #include <QHeaderView>
@@ -109,8 +110,7 @@ QTreeWidgetItem* CResultsTree::GroupItem(ECaseGroup group)
     if (item == nullptr) {
         item = new QTreeWidgetItem(this);
         item->setSizeHint(NameColumn, QSize(0, RowHeight(*this)));
-        item->setText(NameColumn, group == ECaseGroup::Files ? tr("Files, copied and compared")
-                                                             : tr("Copies that must be refused"));
+        item->setText(NameColumn, GroupName(group));
         QFont font = item->font(NameColumn);
         font.setBold(true);
         item->setFont(NameColumn, font);

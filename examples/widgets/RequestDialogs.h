@@ -2,6 +2,8 @@
 
 #include "Icons.h"
 
+#include <EReply.h>
+
 #include <QDialog>
 
 #include <cstdint>
@@ -14,13 +16,6 @@ class QLineEdit;
 class QListWidget;
 class QProgressBar;
 class QTimer;
-
-enum class EReply {
-    Accepted,
-    Rejected,
-    TimedOut,
-    AbortSuite ///< neither: the operator wants the whole suite to end
-};
 
 struct CRequestTexts
 {

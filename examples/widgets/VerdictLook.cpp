@@ -2,23 +2,8 @@
 
 #include <VerdictFormat.h>
 
-#include <QCoreApplication>
 #include <QPainter>
 #include <QPalette>
-
-QString VerdictName(TEST_STATUS verdict)
-{
-    switch (static_cast<std::uint32_t>(verdict)) {
-    case TEST_STATUS_PASSED:
-        return QCoreApplication::translate("Verdict", "Passed");
-    case TEST_STATUS_SKIPPED:
-        return QCoreApplication::translate("Verdict", "Skipped");
-    case TEST_STATUS_ABORTED:
-        return QCoreApplication::translate("Verdict", "Aborted");
-    default:
-        return QCoreApplication::translate("Verdict", "Failed");
-    }
-}
 
 QColor VerdictColor(TEST_STATUS verdict, QPalette const& palette)
 {

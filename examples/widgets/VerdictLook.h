@@ -3,13 +3,11 @@
 #include <Verdicts.h>
 
 #include <QIcon>
-#include <QString>
 
 class QPalette;
 
 // How a verdict looks in the window.
 
-QString VerdictName(TEST_STATUS verdict);
 /// The verdict's colour, lightened where the palette is dark.
 QColor VerdictColor(TEST_STATUS verdict, QPalette const& palette);
 /// A dot of that colour, for views and labels of about `size` pixels.

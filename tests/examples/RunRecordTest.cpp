@@ -1,6 +1,7 @@
 #include <RunRecord.h>
 
 #include <ExternalCompare.h>
+#include <SuiteTexts.h>
 #include <Terminal.h>
 #include <VerdictFormat.h>
 
@@ -46,6 +47,29 @@ TEST(RunRecord, CountsWithTheWordsThatFit)
         summary.m_Skipped = row.m_Skipped;
         EXPECT_STREQ(CountsText(summary).get(), row.m_Text);
     }
+}
+
+TEST(SuiteTexts, NameEveryVerdictAndMarkItInCapitals)
+{
+    struct CRow
+    {
+        TEST_STATUS m_Verdict;
+        char const* m_Name;
+        char const* m_Mark;
+    };
+    for (CRow const& row :
+         {CRow{TEST_STATUS_PASSED, "Passed", "PASS"}, CRow{TEST_STATUS_SKIPPED, "Skipped", "SKIP"},
+          CRow{TEST_STATUS_ABORTED, "Aborted", "ABORT"}, CRow{TEST_STATUS_FAILED, "Failed", "FAIL"},
+          CRow{TEST_STATUS_ERROR, "Failed", "FAIL"}}) {
+        EXPECT_STREQ(VerdictName(row.m_Verdict), row.m_Name);
+        EXPECT_STREQ(VerdictMark(row.m_Verdict), row.m_Mark);
+    }
+}
+
+TEST(SuiteTexts, SayWhetherTheSuiteSuggestsToEnd)
+{
+    EXPECT_STREQ(AbortQuestion(false), "Abort the suite?");
+    EXPECT_STREQ(AbortQuestion(true), "The suite suggests to end here. Abort it?");
 }
 
 TEST(VerdictFormat, BecomesTheNearestColourOfATerminal)

@@ -227,15 +227,6 @@ TEST(CRunHeader, NamesTheFolderAndFitsASmallWindow)
     EXPECT_EQ(FindParts<CElidedLabel>(header).front()->WholeText(), "/");
 }
 
-TEST(VerdictLook, NamesEveryVerdict)
-{
-    EXPECT_EQ(VerdictName(TEST_STATUS_PASSED), "Passed");
-    EXPECT_EQ(VerdictName(TEST_STATUS_SKIPPED), "Skipped");
-    EXPECT_EQ(VerdictName(TEST_STATUS_ABORTED), "Aborted");
-    EXPECT_EQ(VerdictName(TEST_STATUS_FAILED), "Failed");
-    EXPECT_EQ(VerdictName(TEST_STATUS_ERROR), "Failed");
-}
-
 TEST(VerdictLook, IsLighterOnADarkBackground)
 {
     QPalette dark;
