@@ -7,7 +7,8 @@
 #include <BaseUtilities/StringUtilities.h>
 #include <BaseUtilities/TQUuid.h>
 
-#include <sys/utsname.h>
+#include <QString>
+#include <QSysInfo>
 
 #include <random>
 
@@ -27,16 +28,14 @@ TQUuid RandomIdentifier()
     return identifier;
 }
 
-// Where the library cannot tell the system's version, the kernel's stands in for it.
+// Where the library cannot tell the system's version, the name that the system has for itself
+// stands in for it.
 CSafeString SystemVersion()
 {
     COSVersionInfo system;
     if (system.Major() >= 0)
         return CFormattedString("%d.%d.%d", system.Major(), system.Minor(), system.Patch());
-    utsname kernel = {};
-    if (uname(&kernel) != 0)
-        return "of unknown version";
-    return CFormattedString("%s %s", kernel.sysname, kernel.release);
+    return QSysInfo::prettyProductName().toUtf8().constData();
 }
 
 CSafeString Counted(unsigned long count, char const* verb, char const* plural = "")
