@@ -427,3 +427,37 @@ TEST(CBasicFlatString, RecoversAfterAFailureToGrow)
         });
     }
 }
+
+TEST(CBasicFlatString, TakesAsMuchRoomAfterAFailureToGrowAsWithoutOne)
+{
+    struct
+    {
+        char const* name;
+        unsigned long fill;
+        unsigned long nextFill;
+        unsigned long allocations; // for the next message: the work buffer, the output
+    } const rows[] = {
+        {"the longest for one step, then that again", 3, 3, 0},
+        {"the longest for one step, then one more", 3, 4, 2},
+        {"the shortest for two steps, then that again", 4, 4, 0},
+    };
+    std::string const text(1020, 'x');
+    std::string const longer(2000, 'x');
+    for (auto const& row : rows) {
+        RunOnNewThread([&] {
+            SCOPED_TRACE(row.name);
+            CSimpleBuffer out;
+            CBasicFlatString::DoBuild(out, none, "%s", Text("x"));
+            {
+                CAllocationFailure const failure(1);
+                EXPECT_THROW(CBasicFlatString::DoBuild(out, none, "%s", longer.c_str()),
+                             std::bad_alloc);
+            }
+            CBasicFlatString::DoBuild(out, Indent(row.fill, '-'), "%s", text.c_str());
+            CAllocationCounter const during;
+            CBasicFlatString::DoBuild(out, Indent(row.nextFill, '-'), "%s", text.c_str());
+            EXPECT_EQ(during.Count(), row.allocations);
+            EXPECT_EQ(out.Get(0), std::string(row.nextFill, '-') + text);
+        });
+    }
+}
