@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <regex>
 #include <string>
 #include <string_view>
@@ -17,11 +18,8 @@ public:
 
     bool Has(std::string const& name) const
     {
-        for (std::string const& argument : m_Arguments) {
-            if (argument == "--" + name)
-                return true;
-        }
-        return false;
+        return std::any_of(m_Arguments.begin(), m_Arguments.end(),
+                           [&](std::string const& argument) { return argument == "--" + name; });
     }
 
     std::string Value(std::string const& name) const

@@ -62,9 +62,8 @@ std::string Describe(T const& value)
         return value ? Describe(*value) : "nothing";
     } else if constexpr (HasBytes<T>) {
         if constexpr (std::is_trivially_copyable_v<typename T::value_type>)
-            return std::string(reinterpret_cast<char const*>(value.data()),
-                               static_cast<std::size_t>(value.size())
-                                   * sizeof(typename T::value_type));
+            return {reinterpret_cast<char const*>(value.data()),
+                    static_cast<std::size_t>(value.size()) * sizeof(typename T::value_type)};
         else
             return DescribeEach(value);
     } else {

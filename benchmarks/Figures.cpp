@@ -109,7 +109,7 @@ int main(int argc, char** argv)
         } else if (mode == "instructions") {
             CountInstructions(operation);
         } else {
-            std::fputs("check, allocations or instructions?\n", stderr);
+            static_cast<void>(std::fputs("check, allocations or instructions?\n", stderr));
             return 64;
         }
         first = false;

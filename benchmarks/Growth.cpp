@@ -18,11 +18,10 @@
 #include <atomic>
 #include <chrono>
 #include <cstdio>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <thread>
-
-#include <time.h>
 
 namespace fs = std::filesystem;
 
@@ -55,7 +54,7 @@ public:
     void Add(std::string const& what, std::string const& size, double value, char const* unit)
     {
         std::printf("%-40s %12s  %10.2f %s\n", what.c_str(), size.c_str(), value, unit);
-        std::fflush(stdout);
+        static_cast<void>(std::fflush(stdout));
         m_Json << (m_First ? "\n" : ",\n") << R"(  {"what": ")" << what << R"(", "size": ")" << size
                << R"(", "value": )" << value << R"(, "unit": ")" << unit << "\"}";
         m_First = false;
@@ -91,7 +90,7 @@ void GrowItems(CReport& report, std::size_t count)
 double ProcessorNanoseconds()
 {
     timespec time{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    static_cast<void>(clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time));
     return static_cast<double>(time.tv_sec) * 1e9 + static_cast<double>(time.tv_nsec);
 }
 
@@ -122,6 +121,7 @@ double Rate(unsigned int threads, Body body)
     std::atomic<bool> stop{false};
     std::atomic<std::size_t> done{0};
     std::vector<std::thread> workers;
+    workers.reserve(threads);
     for (unsigned int index = 0; index < threads; ++index)
         workers.emplace_back([&, index] {
             std::size_t count = 0;
@@ -171,7 +171,7 @@ int main(int argc, char** argv)
     for (std::size_t count = 1000; count <= (quick ? 100'000UL : 10'000'000UL); count *= 10)
         GrowItems(report, count);
 
-    constexpr std::uintmax_t MiB = 1024 * 1024;
+    constexpr std::uintmax_t MiB = 1024UL * 1024;
     CFolder const folder(DiskFolder);
     std::uintmax_t const room = fs::space(DiskFolder).available / 2;
     for (std::uintmax_t const size : {4 * MiB, 64 * MiB, 1024 * MiB, 4096 * MiB}) {

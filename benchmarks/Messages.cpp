@@ -89,7 +89,7 @@ void AddBuilding(CCatalogue& catalogue, std::string const& size, std::string con
 }
 
 template <class Throws>
-auto Caught(Throws throws)
+auto Caught(Throws const& throws)
 {
     return [=]() -> std::size_t {
         try {

@@ -65,7 +65,7 @@ void AddCopy(CCatalogue& catalogue, char const* parent, char const* medium, std:
     if (parent == DiskFolder)
         operation.OnDisk();
     operation.InKernel()
-        .Weighs(size > 16 * 1024 * 1024 ? EWeight::Heavy : EWeight::Light)
+        .Weighs(size > 16UL * 1024 * 1024 ? EWeight::Heavy : EWeight::Light)
         .Library([=] {
             return TqCopyFile(files()->m_From, files()->m_To, ECopyFailType::Throw).has_value();
         })

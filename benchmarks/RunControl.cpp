@@ -15,7 +15,7 @@ char const* const Area = "Run control";
 
 void AddAbort(CCatalogue& catalogue)
 {
-    static std::atomic<bool> requested{false};
+    static std::atomic<bool> const requested{false};
     for (int const threads : {1, 2}) {
         std::string const of = threads == 1 ? "" : ", two threads";
         catalogue.Add(Area, "abort poll" + of)
@@ -50,6 +50,8 @@ public:
         Connect(receiver == EReceiver::Direct ? Qt::DirectConnection
                                               : Qt::BlockingQueuedConnection);
     }
+    CBridge(CBridge const&) = delete;
+    CBridge& operator=(CBridge const&) = delete;
     ~CBridge()
     {
         m_Thread.quit();

@@ -17,7 +17,7 @@ inline std::string MakeText(std::size_t bytes, std::string const& unit = "The qu
 
 inline std::string SizeName(std::size_t bytes)
 {
-    if (bytes >= 1024 * 1024)
+    if (bytes >= 1024UL * 1024)
         return std::to_string(bytes / 1024 / 1024) + " MiB";
     if (bytes >= 1024)
         return std::to_string(bytes / 1024) + " KiB";

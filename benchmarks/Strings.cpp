@@ -185,8 +185,8 @@ void AddConcatenations(CCatalogue& catalogue, std::size_t half)
         .Peer("Abseil", [=] { return absl::StrCat(text, text); });
     catalogue.Add(Area, "string&& + string&&" + of)
         .Allocates(blocks)
-        .Library([=]() mutable { return std::move(o) + std::move(o); })
-        .Floor([=]() mutable { return std::move(f) + std::move(f); });
+        .Library([o = o]() mutable { return std::move(o) + std::move(o); })
+        .Floor([f = f]() mutable { return std::move(f) + std::move(f); });
     catalogue.Add(Area, "pointer + string" + of)
         .Allocates(blocks + Blocks(half))
         .Library([=] { return text.c_str() + o; })

@@ -3,11 +3,11 @@
 #include "Samples.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <fstream>
 #include <system_error>
 
 #include <spawn.h>
-#include <stdlib.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -27,7 +27,7 @@ CFolder::~CFolder()
 
 void WriteFile(std::string const& file, std::uintmax_t size)
 {
-    std::string const block = MakeText(1024 * 1024);
+    std::string const block = MakeText(1024UL * 1024);
     std::ofstream stream(file, std::ios::binary);
     while (size != 0) {
         auto const part = std::min<std::uintmax_t>(size, block.size());

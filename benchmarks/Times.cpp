@@ -139,15 +139,14 @@ CCollector Time(COperation const& operation, bool quick)
     benchmark::ClearRegisteredBenchmarks();
     bool const heavy = operation.m_Weight == EWeight::Heavy;
     for (CContender const& contender : operation.m_Contenders) {
+        double const thorough = operation.m_Threads > 1 ? 0.2 : 0.02;
         auto const body = [&, batch = BatchFor(contender)](benchmark::State& state) {
             Repeat(state, operation, contender, batch);
         };
         benchmark::RegisterBenchmark(contender.m_Name.c_str(), body)
             ->UseRealTime()
             ->Threads(operation.m_Threads)
-            ->MinTime(quick                     ? 0.005
-                      : operation.m_Threads > 1 ? 0.2
-                                                : 0.02)
+            ->MinTime(quick ? 0.005 : thorough)
             ->Repetitions(quick || heavy ? 9 : 21);
     }
     CCollector collector;
@@ -165,7 +164,7 @@ void Print(COperation const& operation, CCollector const& times)
                     summary.m_Spread * 50, summary.m_Median / floor);
     }
     std::printf("\n");
-    std::fflush(stdout);
+    static_cast<void>(std::fflush(stdout));
 }
 
 void Write(std::ostream& json, COperation const& operation, CCollector const& times, bool first)

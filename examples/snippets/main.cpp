@@ -136,7 +136,7 @@ public:
     CFolder& operator=(CFolder const&) = delete;
     ~CFolder() { std::filesystem::remove_all(m_Path); }
 
-    CSafeString Path(char const* name = "") const { return CSafeString((m_Path / name).native()); }
+    CSafeString Path(char const* name = "") const { return {(m_Path / name).native()}; }
 
 private:
     std::filesystem::path m_Path;

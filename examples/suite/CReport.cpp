@@ -17,7 +17,7 @@ void CReport::Begin(CSuitePlan const& plan)
     m_Lines.push_back("File fidelity of " + plan.m_Folder);
     m_Lines.push_back("Run " + run.m_Identifier + ", begun " + run.m_Started);
     m_Lines.push_back("BaseUtilities " + run.m_LibraryVersion + " on " + run.m_SystemVersion);
-    m_Lines.push_back("");
+    m_Lines.emplace_back("");
 }
 
 void CReport::Add(CCase const& finished, CCaseOutcome const& outcome)
@@ -29,7 +29,7 @@ void CReport::Add(CCase const& finished, CCaseOutcome const& outcome)
 
 void CReport::End(CSuiteSummary const& summary)
 {
-    m_Lines.push_back("");
+    m_Lines.emplace_back("");
     m_Lines.push_back(CountsText(summary));
     if (!summary.m_Problem.empty())
         m_Lines.push_back(summary.m_Problem);

@@ -26,7 +26,7 @@ CWorkFolder::CWorkFolder(fs::path const& parent)
 
 CWorkFolder::~CWorkFolder()
 {
-    Remove();
+    static_cast<void>(Remove());
 }
 
 std::error_code CWorkFolder::Remove()

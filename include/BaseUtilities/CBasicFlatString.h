@@ -25,7 +25,7 @@ inline constexpr bool IsFormattable =
 template <class T>
 T const& VariadicValue(T const& value)
 {
-    return value;
+    return value; // NOLINT(bugprone-return-const-ref-from-parameter): read within the expression
 }
 
 /// Deliberate: widened without sign, so that file_type::not_found (-1) prints as 255.
@@ -89,8 +89,7 @@ void CBasicFlatString::DoBuild(CSimpleBuffer& out, std::tuple<unsigned long, cha
     }
     if (count != 0)
         std::memset(text, fill, count);
-    static_cast<void>(
-        std::snprintf(text + count, length + 1, fmtStr.c_str(), VariadicValue(args)...));
+    std::ignore = std::snprintf(text + count, length + 1, fmtStr.c_str(), VariadicValue(args)...);
     out = workBuffer;
 }
 

@@ -15,7 +15,7 @@ namespace BaseUtilities::detail
 template <class T>
 T const& FormatterValue(T const& value)
 {
-    return value;
+    return value; // NOLINT(bugprone-return-const-ref-from-parameter): read within the expression
 }
 
 // Writable text and arrays of any length as one type, so that they share buffers.

@@ -5,6 +5,7 @@
 class COSVersionInfoImpl
 {
 public:
+    // NOLINTNEXTLINE(cert-err58-cpp): allocates nothing, so nothing is thrown.
     inline static QOperatingSystemVersion const m_OSVersion = QOperatingSystemVersion::current();
 };
 

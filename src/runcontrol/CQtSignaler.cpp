@@ -26,6 +26,7 @@ bool RegisterMetaTypes()
     return true;
 }
 
+// NOLINTNEXTLINE(cert-err58-cpp): without memory, loading the library ends the process.
 [[maybe_unused]] bool const metaTypesRegistered = RegisterMetaTypes();
 } // namespace
 

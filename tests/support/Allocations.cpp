@@ -35,7 +35,10 @@ int Index(EAllocator allocator)
 bool MustFail(EAllocator allocator)
 {
     unsigned long& remaining = untilFailure[Index(allocator)];
-    if (remaining == 0 || --remaining != 0)
+    if (remaining == 0)
+        return false;
+    --remaining;
+    if (remaining != 0)
         return false;
     failureHappened = true;
     ++allFailures;
