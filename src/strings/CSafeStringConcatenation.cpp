@@ -42,7 +42,7 @@ CSafeString operator+(CSafeString const& left, CSafeString&& right)
     return Concatenate(WholeText(left), WholeText(right));
 }
 
-CSafeString operator+(char const* left, CSafeString const& right)
+[[gnu::flatten]] CSafeString operator+(char const* left, CSafeString const& right)
 {
     return CSafeString(left) + right;
 }
