@@ -1,5 +1,6 @@
-// Times every operation: the library, the floor and the peers interleaved, 21 times each (nine
-// times in a quick run, and for the largest files).
+// Times every operation: the library, the floor and the peers interleaved, five times each (three
+// times in a quick run, and twice for the largest files). To be run several times: where the loader
+// puts the libraries is luck that lasts as long as the process.
 //
 // Usage: baseutilities-times [--quick] [--filter=REGEX] [--json=FILE] [--benchmark_...]
 
@@ -137,6 +138,7 @@ void Repeat(benchmark::State& state, COperation const& operation, CContender con
 CCollector Time(COperation const& operation, bool quick)
 {
     benchmark::ClearRegisteredBenchmarks();
+    int const repetitions = quick ? 3 : 5;
     bool const heavy = operation.m_Weight == EWeight::Heavy;
     for (CContender const& contender : operation.m_Contenders) {
         double const thorough = operation.m_Threads > 1 ? 0.2 : 0.02;
@@ -147,7 +149,7 @@ CCollector Time(COperation const& operation, bool quick)
             ->UseRealTime()
             ->Threads(operation.m_Threads)
             ->MinTime(quick ? 0.005 : thorough)
-            ->Repetitions(quick || heavy ? 9 : 21);
+            ->Repetitions(heavy ? 2 : repetitions);
     }
     CCollector collector;
     benchmark::RunSpecifiedBenchmarks(&collector, ".");

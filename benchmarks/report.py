@@ -3,10 +3,10 @@
 
 Usage: report.py FOLDER LIBRARY FLOOR [--update-docs DOCS]
 
-FOLDER holds times.json, allocations.json, growth.json and the dumps of callgrind
-(callgrind.out.*); LIBRARY and FLOOR are the two shared libraries. Prints the tables; with
---update-docs also writes them between the marks of DOCS/performance.md, and the plot to
-DOCS/performance.svg.
+FOLDER holds times-1.json and so on, one for each process, allocations.json, growth.json and the
+dumps of callgrind (callgrind.out.*); LIBRARY and FLOOR are the two shared libraries. Prints the
+tables; with --update-docs also writes them between the marks of DOCS/performance.md, and the plot
+to DOCS/performance.svg.
 """
 
 import json
@@ -14,6 +14,7 @@ import os
 import pathlib
 import platform
 import re
+import statistics
 import subprocess
 import sys
 import tempfile
@@ -21,6 +22,25 @@ import tempfile
 
 def load(path):
     return json.loads(path.read_text()) if path.exists() else []
+
+
+def load_times(folder):
+    """The times of each operation and contender, of all processes together."""
+    merged = {}
+    for part in sorted(folder.glob("times-*.json")):
+        for each in load(part):
+            operation = merged.setdefault(each["operation"], {**each, "times": {}})
+            for who, times in each["times"].items():
+                operation["times"].setdefault(who, []).extend(times["sorted"])
+    for operation in merged.values():
+        operation["times"] = {who: summary(all) for who, all in operation["times"].items()}
+    return list(merged.values())
+
+
+def summary(times):
+    """The median, and the distance of the quartiles as a part of it."""
+    first, median, third = statistics.quantiles(times, n=4, method="inclusive")
+    return {"median": median, "spread": (third - first) / median, "sorted": sorted(times)}
 
 
 def instructions(folder):
@@ -217,7 +237,8 @@ def replace_marked(text, name, content):
 
 def main():
     folder, library, floor = map(pathlib.Path, sys.argv[1:4])
-    times = load(folder / "times.json")
+    times = load_times(folder)
+    (folder / "times.json").write_text(json.dumps(times, indent=1))
     allocations = load(folder / "allocations.json")
     counts = instructions(folder)
     sections = {
