@@ -166,7 +166,7 @@ def binary_table(library, floor):
     ]
     for name, path in (("library", library), ("floor", floor)):
         size, relocations, plt, names = binary_figures(path)
-        lines.append(f"| {name} | {size // 1024} KiB | {relocations} | {plt} | {names} |")
+        lines.append(f"| {name} | {size / 1024:.0f} KiB | {relocations} | {plt} | {names} |")
     return "\n".join(lines)
 
 
