@@ -243,6 +243,12 @@ TEST(StringSplit, RefusesANullSeparatorWithALength)
     ExpectNullIsRefused([](View null) { StringSplit("a,b", null); });
 }
 
+// Five, for room that grows by doubling would hold eight.
+TEST(StringSplit, MakesRoomForItsPartsOnce)
+{
+    EXPECT_EQ(StringSplit("a,b,c,d,e", ",").capacity(), 5u);
+}
+
 TEST(StringSplit, PassesOnEveryFailedAllocation)
 {
     std::string const text = "a part too long for the short form,another one of that kind,c";
