@@ -104,7 +104,7 @@ extern "C" void OnStop(int number)
     Handle(number, SIG_DFL, 0);
     static_cast<void>(raise(number));
     TakeNow(number);
-    Handle(number, OnStop, static_cast<int>(SA_RESTART));
+    Handle(number, OnStop, SA_RESTART);
     stopping = false;
     errno = savedError;
 }
@@ -206,7 +206,7 @@ CKeyboard::CKeyboard()
     static_cast<void>(std::setvbuf(stdin, nullptr, _IONBF, 0));
     for (int const number : DeadlySignals())
         Replace(number, SIG_DFL, OnDeadlySignal, static_cast<int>(SA_RESETHAND));
-    Replace(SIGTSTP, SIG_DFL, OnStop, static_cast<int>(SA_RESTART));
+    Replace(SIGTSTP, SIG_DFL, OnStop, SA_RESTART);
     Handle(SIGCONT, OnContinue, SA_RESTART);
     restored = false;
     modeApplied = true;

@@ -25,12 +25,12 @@ public:
         Enter = '\n',
         Escape = 27,
         Up = 0x100,
-        Down,
-        Right,
-        Left,
-        Home,
-        End,
-        Delete
+        Down = 0x101,
+        Right = 0x102,
+        Left = 0x103,
+        Home = 0x104,
+        End = 0x105,
+        Delete = 0x106
     };
 
     CKeyboard();

@@ -50,8 +50,9 @@ std::optional<std::uintptr_t> TypedNumber(std::string_view text, int base)
     if (base == 16 && prefixed)
         text.remove_prefix(2);
     std::uintptr_t number = 0;
-    char const* const end = text.data() + text.size();
-    auto const [stop, error] = std::from_chars(text.data(), end, number, base);
+    char const* const begin = text.data();
+    char const* const end = begin + text.size();
+    auto const [stop, error] = std::from_chars(begin, end, number, base);
     if (error != std::errc() || stop != end)
         return std::nullopt;
     return number;

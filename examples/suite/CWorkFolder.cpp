@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <string>
+#include <tuple>
 
 namespace fs = std::filesystem;
 
@@ -26,7 +27,7 @@ CWorkFolder::CWorkFolder(fs::path const& parent)
 
 CWorkFolder::~CWorkFolder()
 {
-    static_cast<void>(Remove());
+    std::ignore = Remove();
 }
 
 std::error_code CWorkFolder::Remove()

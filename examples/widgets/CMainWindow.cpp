@@ -246,8 +246,7 @@ void CMainWindow::EndAtOnce()
 {
     CWorkFolder::RemoveAtOnce(WorkFolder().to_path());
     std::cerr << QCoreApplication::applicationName().toStdString()
-              << ": The window is closed and the case at hand does not end: it is cut short."
-              << std::endl;
+              << ": The window is closed and the case at hand does not end: it is cut short.\n";
     std::_Exit(static_cast<int>(EExitCode::Aborted));
 }
 

@@ -51,7 +51,7 @@ void CallIn(QObject& receiver, Call const& call)
     // Ends the wait when the last of the event is gone, whether it was served or not.
     std::shared_ptr<CHandOver> ticket(&handOver, [](CHandOver* ended) { ended->End(); });
     {
-        QObject messenger; // whose end is the message
+        QObject const messenger; // whose end is the message
         QObject::connect(
             &messenger, &QObject::destroyed, &receiver,
             [&call, ticket = std::move(ticket)] {
