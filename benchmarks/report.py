@@ -2,11 +2,15 @@
 """Makes the tables and the plot of docs/performance.md from the files of a run.
 
 Usage: report.py FOLDER LIBRARY FLOOR [--update-docs DOCS]
+       report.py FOLDER --close
 
 FOLDER holds times-1.json and so on, one for each process, allocations.json, growth.json and the
 dumps of callgrind (callgrind.out.*); LIBRARY and FLOOR are the two shared libraries. Prints the
 tables; with --update-docs also writes them between the marks of DOCS/performance.md, and the plot
 to DOCS/performance.svg.
+
+With --close prints, as a regular expression, the operations whose time is above its target or close
+to it: those need more processes to be told from luck.
 """
 
 import json
@@ -53,6 +57,19 @@ def instructions(folder):
             total = int(re.search(r"^summary: (\d+)", text, re.M).group(1))
             counts[name.group(1), name.group(2)] = total / int(name.group(3))
     return counts
+
+
+TIME_TARGET = 1.05  # of the floor's median
+CLOSE = 0.02  # what luck is worth after a few processes
+
+
+def time_ratio(operation):
+    return operation["times"]["library"]["median"] / operation["times"]["floor"]["median"]
+
+
+def close_operations(times):
+    close = [each["operation"] for each in times if time_ratio(each) > TIME_TARGET - CLOSE]
+    return "|".join("^" + re.sub(r"([][\\^$.|?*+(){}])", r"\\\1", name) + "$" for name in close)
 
 
 def nanoseconds(value):
@@ -118,12 +135,8 @@ def verdict(times, counts, allocations):
 
     judge(
         "Time to the floor",
-        1.05,
-        {
-            each["operation"]: each["times"]["library"]["median"]
-            / each["times"]["floor"]["median"]
-            for each in times
-        },
+        TIME_TARGET,
+        {each["operation"]: time_ratio(each) for each in times},
     )
     judge(
         "Instructions to the floor",
@@ -236,8 +249,12 @@ def replace_marked(text, name, content):
 
 
 def main():
-    folder, library, floor = map(pathlib.Path, sys.argv[1:4])
+    folder = pathlib.Path(sys.argv[1])
     times = load_times(folder)
+    if sys.argv[2] == "--close":
+        print(close_operations(times))
+        return
+    library, floor = map(pathlib.Path, sys.argv[2:4])
     (folder / "times.json").write_text(json.dumps(times, indent=1))
     allocations = load(folder / "allocations.json")
     counts = instructions(folder)
