@@ -138,15 +138,16 @@ def verdict(times, counts, allocations):
         TIME_TARGET,
         {each["operation"]: time_ratio(each) for each in times},
     )
-    judge(
-        "Instructions to the floor",
-        1.03,
-        {
-            name: count / counts[name, "floor"]
-            for (name, who), count in counts.items()
-            if who == "library"
-        },
-    )
+    if counts:  # not in a quick run
+        judge(
+            "Instructions to the floor",
+            1.03,
+            {
+                name: count / counts[name, "floor"]
+                for (name, who), count in counts.items()
+                if who == "library"
+            },
+        )
     wrong = [each["operation"] for each in allocations if each["library"] != each["required"]]
     lines.append(
         f"- Blocks exactly as promised: {len(allocations) - len(wrong)} of {len(allocations)} "
