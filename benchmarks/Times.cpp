@@ -103,7 +103,7 @@ std::size_t BatchFor(CContender const& contender)
 // Blocks of the sizes that short texts take, held so that what is measured gets others than before.
 std::vector<std::unique_ptr<char[]>> HoldSomeBlocks()
 {
-    static std::mt19937 random;
+    static std::mt19937 random; // NOLINT(cert-msc*): the same blocks in each run
     std::vector<std::unique_ptr<char[]>> blocks(random() % 64);
     for (auto& block : blocks)
         block.reset(new char[random() % 128]);
@@ -127,7 +127,7 @@ void Repeat(benchmark::State& state, COperation const& operation, CContender con
     StayOn(static_cast<std::size_t>(state.thread_index()));
     if (operation.m_OnDisk)
         sync();
-    auto const held = HoldSomeBlocks();
+    [[maybe_unused]] auto const held = HoldSomeBlocks();
     auto const repeat = contender.m_Repeat;
     repeat(1);
     ForgetUpperHalves();

@@ -75,7 +75,7 @@ CText CUuid::ToString() const
     CMessage const message("{%08X-%04X-%04X-%02X%02X-%02X%02X%02X%02X%02X%02X}", m_Data1, m_Data2,
                            m_Data3, m_Data4[0], m_Data4[1], m_Data4[2], m_Data4[3], m_Data4[4],
                            m_Data4[5], m_Data4[6], m_Data4[7]);
-    return CText(message.get());
+    return {message.get()};
 }
 
 CText MakeTimeString(char const* format, std::chrono::system_clock::time_point const& when)
@@ -85,7 +85,7 @@ CText MakeTimeString(char const* format, std::chrono::system_clock::time_point c
     std::stringstream stream;
     stream << std::put_time(std::localtime(&time), format);
     std::string const text = stream.str();
-    return CText(View(text));
+    return {View(text)};
 }
 
 namespace

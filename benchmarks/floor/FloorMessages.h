@@ -52,7 +52,7 @@ void Build(CBuffer& out, std::tuple<unsigned long, char> indent, View const& for
     char* const text = work.Get(count + length + 1);
     if (count != 0)
         std::memset(text, fill, count);
-    static_cast<void>(std::snprintf(text + count, length + 1, terminated.c_str(), args...));
+    std::ignore = std::snprintf(text + count, length + 1, terminated.c_str(), args...);
     out = work;
 }
 

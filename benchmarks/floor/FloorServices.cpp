@@ -45,12 +45,12 @@ alignas(64) std::mutex requestLock;
 
 fs::path ToPath(View const& text)
 {
-    return fs::path(std::string(text.data(), text.size()));
+    return {std::string(text.data(), text.size())};
 }
 
 CText ToText(fs::path const& path)
 {
-    return CText(View(path.native()));
+    return {View(path.native())};
 }
 
 bool IsMissing(fs::file_status const& status)
@@ -83,7 +83,7 @@ CText GetStandardDirName(QStandardPaths::StandardLocation location)
 {
     QString const found = QStandardPaths::locate(location, ".", QStandardPaths::LocateDirectory);
     QByteArray const path = QDir::toNativeSeparators(QDir::cleanPath(found)).toUtf8();
-    return CText(View(path.constData(), static_cast<std::size_t>(path.size())));
+    return {View(path.constData(), static_cast<std::size_t>(path.size()))};
 }
 
 CText AppendToPath(fs::path const& base, View const& name)

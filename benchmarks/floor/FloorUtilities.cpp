@@ -85,7 +85,7 @@ CText StringJoin(std::vector<CText> const& items, View const& separator)
     list.reserve(static_cast<qsizetype>(items.size()));
     for (CText const& item : items)
         list.append(ToQString(item.get()));
-    return CText(list.join(between).toUtf8().constData());
+    return {list.join(between).toUtf8().constData()};
 }
 
 namespace
@@ -101,9 +101,9 @@ CText WithS(View const& word)
 CText PluralNoun(unsigned long count, View const& singular, View const& plural)
 {
     if (plural)
-        return CText(plural);
+        return {plural};
     if (count == 1)
-        return CText(singular);
+        return {singular};
     return WithS(singular);
 }
 
@@ -112,7 +112,7 @@ namespace
 template <class String>
 Owner<String> Own(String&& text)
 {
-    return Owner<String>(new String(std::move(text)), &CustomDelete<String>);
+    return Owner<String>(new String(std::forward<String>(text)), &CustomDelete<String>);
 }
 } // namespace
 

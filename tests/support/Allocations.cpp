@@ -74,7 +74,7 @@ private:
     }
 };
 
-[[maybe_unused]] bool const isListening = [] {
+[[maybe_unused]] bool const isListening = [] { // clazy:exclude=non-pod-global-static (a bool)
     testing::UnitTest::GetInstance()->listeners().Append(new CFailuresPerTest);
     return true;
 }();

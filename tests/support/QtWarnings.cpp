@@ -15,7 +15,7 @@ void FailOnWarning(QtMsgType type, QMessageLogContext const&, QString const& mes
     // The platform without a display says so of itself, whatever its caller does.
     bool const ofPlatform = message.startsWith("This plugin does not support ");
     if (type == QtDebugMsg || type == QtInfoMsg || ofPlatform)
-        std::fprintf(stderr, "%s\n", qPrintable(message));
+        static_cast<void>(std::fprintf(stderr, "%s\n", qPrintable(message)));
     else
         ADD_FAILURE() << "Qt printed: " << qPrintable(message);
 }

@@ -33,7 +33,7 @@ void WriteFile(fs::path const& file, std::string const& contents)
 
 std::string ReadFile(fs::path const& file)
 {
-    std::ifstream stream(file, std::ios::binary);
+    std::ifstream const stream(file, std::ios::binary);
     if (!stream)
         throw std::system_error(errno, std::generic_category(), file.native());
     std::ostringstream contents; // iterators of the stream buffer make g++ warn in sanitizer builds
