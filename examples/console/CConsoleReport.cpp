@@ -114,6 +114,7 @@ void CConsoleReport::SuiteFinished(CSuiteSummary const& summary)
 {
     Lock const lock(m_Lock);
     SetWorkFolder("");
+    m_Finished = true;
     ClearBar();
     WriteFailures();
     WriteLine("");
@@ -128,7 +129,7 @@ void CConsoleReport::SuiteFinished(CSuiteSummary const& summary)
 void CConsoleReport::Tick()
 {
     Lock const lock(m_Lock);
-    if (m_Held)
+    if (m_Held || m_Finished)
         return;
     if (m_AbortRequested && !m_AbortNotice)
         WriteAbortNotice();
@@ -138,6 +139,8 @@ void CConsoleReport::Tick()
 void CConsoleReport::ShowKeys()
 {
     Lock const lock(m_Lock);
+    if (m_Finished)
+        return;
     ClearBar();
     WriteText(EColour::Dim, "Keys: p pauses, r resumes, a or q aborts after the case at hand, "
                             "h shows this; Ctrl-C aborts, and at once the second time.");

@@ -26,6 +26,7 @@ public:
     void CaseFinished(CCase const& finished, CCaseOutcome const& outcome) override;
     void SuitePaused() override;
     void SuiteResumed() override;
+    /// Writes the end; what is called later writes nothing below it.
     void SuiteFinished(CSuiteSummary const& summary) override;
 
     /// Brings what is shown up to date; to be called now and then.
@@ -78,6 +79,7 @@ private:
     bool m_Held = false;
     bool m_BlankAbove = false; // left by a question
     bool m_AbortNotice = false;
+    bool m_Finished = false;
     unsigned long m_CaseCount = 0;
     unsigned long m_Done = 0;
     unsigned long m_Failed = 0;

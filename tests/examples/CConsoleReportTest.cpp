@@ -260,6 +260,18 @@ TEST(ConsoleReport, SaysOnceThatAnAbortIsUnderWay)
     EXPECT_EQ(shown.Take(), "");
 }
 
+TEST(ConsoleReport, WritesNothingBelowTheEnd)
+{
+    CShown shown(Live());
+    shown.Start(1);
+    shown.Report().SuiteFinished(Summary(TEST_STATUS_ABORTED));
+    shown.Take();
+    shown.Report().AbortRequested();
+    shown.Report().Tick();
+    shown.Report().ShowKeys();
+    EXPECT_EQ(shown.Take(), "");
+}
+
 TEST(ConsoleReport, LeavesTheTerminalToAQuestionAndDrawsTheBarAgainAfterwards)
 {
     CShown shown(Live());
