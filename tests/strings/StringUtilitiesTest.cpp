@@ -384,17 +384,19 @@ void ExpectTheCLibrarysLetterCase()
     }
 }
 
-/// Locales with Latin-1 letters to be found for as long as this lives, made by
-/// the system's own tool from its sources, where these are installed.
-class CLatin1Sources
+/// A locale with letters of eight bits, Latin-1's unless told otherwise, to be
+/// found for as long as this lives, made by the system's own tool from its
+/// sources, where these are installed.
+class CEightBitLocale
 {
 public:
-    static constexpr char const* Name = "latin.ISO-8859-1";
+    static constexpr char const* Name = "letters-of-eight-bits";
 
-    CLatin1Sources() : m_Path("LOCPATH", m_Folder.Path().native())
+    explicit CEightBitLocale(std::string const& source = "-i en_US -f ISO-8859-1")
+        : m_Path("LOCPATH", m_Folder.Path().native())
     {
         std::string const make =
-            "localedef -i en_US -f ISO-8859-1 '" + m_Folder / Name + "' >/dev/null 2>&1";
+            "localedef " + source + " '" + m_Folder / Name + "' >/dev/null 2>&1";
         m_Made = std::system(make.c_str()) == 0;
     }
     bool Made() const { return m_Made; }
@@ -482,23 +484,35 @@ TEST(LetterCase, AgreesWithTheCLibraryOnEveryByteInAUtf8Locale)
 
 TEST(LetterCase, FollowsALocaleOfEightBitLetters)
 {
-    CLatin1Sources const sources;
-    CScopedLocale const locale(CLatin1Sources::Name);
+    CEightBitLocale const sources;
+    CScopedLocale const locale(CEightBitLocale::Name);
     if (!sources.Made() || !locale.IsSet())
         GTEST_SKIP() << "no sources to make a Latin-1 locale from";
     ExpectLatin1LetterCase();
     ExpectTheCLibrarysLetterCase();
 }
 
+// There a letter differs from the other one of its pair by one, not by a bit of its own.
+TEST(LetterCase, FollowsALocaleWhosePairsOfLettersLieSideBySide)
+{
+    CEightBitLocale const sources("-i cy_GB -f ISO-8859-14");
+    CScopedLocale const locale(CEightBitLocale::Name);
+    if (!sources.Made() || !locale.IsSet())
+        GTEST_SKIP() << "no sources to make a Celtic locale from";
+    EXPECT_EQ(Bytes(ToUpper(LatinLetters("\xA2", 100))), LatinLetters("\xA1", 100));
+    EXPECT_EQ(Bytes(ToLower(LatinLetters("\xA1", 100))), LatinLetters("\xA2", 100));
+    ExpectTheCLibrarysLetterCase();
+}
+
 TEST(LetterCase, FollowsEachChangeOfTheLocale)
 {
-    CLatin1Sources const sources;
+    CEightBitLocale const sources;
     if (!sources.Made())
         GTEST_SKIP() << "no sources to make a Latin-1 locale from";
     CScopedLocale const plain("C");
     ExpectNoLatin1LetterCase();
     {
-        CScopedLocale const latin(CLatin1Sources::Name);
+        CScopedLocale const latin(CEightBitLocale::Name);
         ExpectLatin1LetterCase();
     }
     ExpectNoLatin1LetterCase();
@@ -506,12 +520,12 @@ TEST(LetterCase, FollowsEachChangeOfTheLocale)
 
 TEST(LetterCase, FollowsTheLocaleOfTheThreadBeforeThatOfTheProcess)
 {
-    CLatin1Sources const sources;
+    CEightBitLocale const sources;
     if (!sources.Made())
         GTEST_SKIP() << "no sources to make a Latin-1 locale from";
     CScopedLocale const plain("C");
     {
-        CThreadLocale const latin(CLatin1Sources::Name);
+        CThreadLocale const latin(CEightBitLocale::Name);
         ASSERT_TRUE(latin.IsSet());
         ExpectLatin1LetterCase();
         ExpectTheCLibrarysLetterCase();
@@ -522,7 +536,7 @@ TEST(LetterCase, FollowsTheLocaleOfTheThreadBeforeThatOfTheProcess)
 
 TEST(LetterCase, FollowsALocaleThatAnotherThreadSetsForTheProcess)
 {
-    CLatin1Sources const sources;
+    CEightBitLocale const sources;
     if (!sources.Made())
         GTEST_SKIP() << "no sources to make a Latin-1 locale from";
     CScopedLocale const plain("C");
@@ -535,7 +549,7 @@ TEST(LetterCase, FollowsALocaleThatAnotherThreadSetsForTheProcess)
         ExpectLatin1LetterCase();
     });
     started.get_future().wait();
-    CScopedLocale const latin(CLatin1Sources::Name);
+    CScopedLocale const latin(CEightBitLocale::Name);
     set.set_value();
     worker.join();
 }
