@@ -328,10 +328,13 @@ class Bench:
                 return None
             objects |= made
         library, replaced = self.build.folder / "src", {}
+        programs = {self.program_of(source) for source in entry["tests"]}
         for name in sorted({target_of(made) for made in objects}):
             if name == "src/BaseUtilities":
                 library = self.build.work / "library"
                 linked = self.build.link(LIBRARY, objects, library / "libBaseUtilities.so")
+            elif name not in programs:
+                continue  # shares a file with one of them
             else:
                 replaced[name] = self.build.work / "programs" / pathlib.Path(name).name
                 linked = self.build.link(name, objects, replaced[name])

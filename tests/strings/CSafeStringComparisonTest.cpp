@@ -137,6 +137,7 @@ TEST(CSafeStringComparison, LiteralIsComparedWithTheWholeText)
     EXPECT_FALSE(text != "abc");
     EXPECT_FALSE("abc" != text);
     EXPECT_FALSE(text == "abd");
+    EXPECT_FALSE("abd" == text);
     EXPECT_TRUE("abd" != text);
     EXPECT_TRUE(text != "ab");
     CSafeString const withNul(CView("ab\0cd", 5));
@@ -160,6 +161,7 @@ TEST(CSafeStringComparison, ViewIsComparedWithTheTextUpToItsFirstNul)
     EXPECT_FALSE(withNul != CView("ab"));
     EXPECT_FALSE(CView("ab") != withNul);
     EXPECT_FALSE(withNul == CView("ab\0cd", 5));
+    EXPECT_FALSE(CView("ab\0cd", 5) == withNul);
     EXPECT_TRUE(CView("ab\0cd", 5) != withNul);
     EXPECT_TRUE(withNul != CView("abc"));
 }
