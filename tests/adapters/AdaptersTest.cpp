@@ -113,6 +113,12 @@ TEST(QtAdapter, KeysQHash)
     EXPECT_EQ(counts.value("x"), 2);
 }
 
+TEST(QtAdapter, HashIsQtsOfAllBytesWithSeedZeroUnlessGiven)
+{
+    EXPECT_EQ(qHash(WithNul()), qHashBits("a\0b", 3, 0));
+    EXPECT_EQ(qHash(WithNul(), 7), qHashBits("a\0b", 3, 7));
+}
+
 TEST(QtAdapter, SeedChangesTheHash)
 {
     EXPECT_NE(qHash(CSafeString("text"), 1), qHash(CSafeString("text"), 2));

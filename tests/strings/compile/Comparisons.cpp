@@ -121,6 +121,7 @@ struct SConvertingToView
 
 // Equality of views, each with everything it is made from.
 static_assert(EqualBothWays<CView, CView>);
+static_assert(CView("abc") == CView("abc") && CView("abc") != CView("abd"));
 static_assert(EqualBothWays<CView const&, CView>);
 static_assert(EqualBothWays<CView, char const (&)[4]>);
 static_assert(EqualBothWays<CView, char (&)[4]>);
