@@ -30,11 +30,7 @@ CSafeString FloatingText(char const* format, ...)
     // be no length that the string refuses, but a copy without end.
     int const volatile printed = std::vsnprintf(buffer.data(), buffer.size(), format, arguments);
     va_end(arguments);
-    int const length = printed;
-    auto const size = static_cast<std::size_t>(length);
-    if (length < 0)
-        static_cast<void>(std::string(size, '\0')); // throws, with its own text
-    std::string const text(buffer.data(), size);
+    std::string const text(buffer.data(), static_cast<std::size_t>(printed));
     return basic_sv_wrapper<char>(text);
 }
 } // namespace

@@ -1,6 +1,7 @@
 #include <BaseUtilities/FolderResolution.h>
 
 #include "Allocations.h"
+#include "Privileges.h"
 #include "ScopedCurrentPath.h"
 #include "ScopedEnvironment.h"
 #include "TemporaryFolder.h"
@@ -15,6 +16,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 namespace fs = std::filesystem;
 using namespace std::string_literals;
@@ -371,6 +373,20 @@ TEST_F(StandardFolders, MissingDocumentsGiveEmptyTextAndBareRelativePaths)
 TEST_F(StandardFolders, FileInPlaceOfTheDocumentsIsNoFolder)
 {
     WriteFile(m_Folder / "home/Documents", "");
+    EXPECT_EQ(Documents(), "");
+}
+
+// It is there, but nobody can go into it.
+TEST_F(StandardFolders, DocumentsThatCannotBeEnteredAreNotFound)
+{
+    std::string const documents = MakeFolder("home/Documents");
+    fs::permissions(m_Folder.Path(),
+                    fs::perms::owner_all | fs::perms::group_exec | fs::perms::others_exec);
+    fs::permissions(documents, fs::perms::owner_read | fs::perms::owner_write);
+    CUnprivilegedFileAccess const unprivileged;
+    std::error_code ignored;
+    if (!fs::is_directory(documents, ignored))
+        GTEST_SKIP() << "the folder of temporary files is closed to other users";
     EXPECT_EQ(Documents(), "");
 }
 

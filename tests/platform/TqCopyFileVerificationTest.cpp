@@ -141,6 +141,20 @@ TEST(TqCopyFile, LeavesTheCopyWhereTheVerificationFails)
     EXPECT_EQ(ReadFile(landscape / "old"), "contents");
 }
 
+// So the second look at it, which fails here, is that of the destination's own check.
+TEST(TqCopyFile, ComparesNoMissingDestinationWithTheSource)
+{
+    CCopyLandscape const landscape;
+    int queries = 0;
+    CStatusHook const hook([&](fs::path const& queried) {
+        queries += queried == landscape / "new";
+        return queried == landscape / "new" && queries == 2 ? EACCES : 0;
+    });
+    EXPECT_EQ(Copy(landscape / "from", landscape / "new"),
+              Threw("Unable to copy file '" + landscape / "new"
+                    + "' to .':\n   status = 13 (Permission denied)"));
+}
+
 // A file of unknown kind is there all the same: neither missing nor none.
 TEST(TqCopyFile, RefusesASourceOfUnknownKind)
 {
