@@ -1,8 +1,10 @@
 #!/usr/bin/env python3
-"""Sums up GoogleTest's JSON reports by suite, and fails where nothing was counted.
+"""Sums up GoogleTest's JSON reports, and fails where nothing was counted.
 
-Usage: count_faults.py [--property NAME] REPORT...
-    --property NAME    sums up this property of the tests; without, counts tests and those skipped
+Usage: count_faults.py --property NAME REPORT...
+       count_faults.py [--may-skip] REPORT...
+    --property NAME    sums up this property of the tests, by suite, or by test for a suite of rows
+    --may-skip         a test that was skipped is no failure
 """
 
 import collections
@@ -17,9 +19,10 @@ def suites(reports):
 
 
 def print_table(counts, unit):
+    width = max(map(len, counts), default=0)
     for name, count in sorted(counts.items()):
-        print(f"  {name:<44} {count:>6}")
-    print(f"  {'in all':<44} {sum(counts.values()):>6} {unit}")
+        print(f"  {name:<{width}} {count:>6}")
+    print(f"  {'in all':<{width}} {sum(counts.values()):>6} {unit}")
     return sum(counts.values())
 
 
@@ -28,25 +31,32 @@ def count_property(name, reports):
     for suite in suites(reports):
         for test in suite["testsuite"]:
             if name in test:
-                counts[suite["name"]] += int(test[name])
-    return print_table(counts, "faults")
+                test_of_row, is_row, _ = test["name"].partition("/")
+                counts[f"{suite['name']} {test_of_row}" if is_row else suite["name"]] += int(
+                    test[name])
+    return print_table(counts, "faults") > 0
 
 
-def count_tests(reports):
+def count_tests(reports, may_skip):
     counts = collections.Counter()
+    skipped = 0
     for suite in suites(reports):
         for test in suite["testsuite"]:
             if test["result"] == "COMPLETED":
                 counts[suite["name"]] += 1
             elif test["result"] == "SKIPPED":
+                skipped += 1
                 print(f"  skipped: {suite['name']}.{test['name']}")
-    return print_table(counts, "conditions")
+    return print_table(counts, "conditions") > 0 and (may_skip or skipped == 0)
 
 
 def main(arguments):
     if arguments[:1] == ["--property"]:
-        return count_property(arguments[1], arguments[2:]) == 0
-    return count_tests(arguments) == 0
+        passed = count_property(arguments[1], arguments[2:])
+    else:
+        may_skip = arguments[:1] == ["--may-skip"]
+        passed = count_tests(arguments[may_skip:], may_skip)
+    return 0 if passed else 1
 
 
 if __name__ == "__main__":

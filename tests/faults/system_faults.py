@@ -1,12 +1,13 @@
 #!/usr/bin/env python3
 """Makes each system call behind file copy, folders, commands and keys fail, one at a time.
 
-Usage: system_faults.py PROBE [--quick]
+Usage: system_faults.py PROBE [--quick] [--may-skip]
 
 A first run under strace tells which calls an operation of PROBE makes. Then each of them, each
 occurrence in turn, is made to fail with each error of a table, and what came of it is compared
 with what the interface states: the result or the exact exception, the files, the current folder,
-the terminal, the open descriptors. --quick takes two errors for each call instead of all.
+the terminal, the open descriptors. --quick takes two errors for each call instead of all; with
+--may-skip a system that permits no tracing is no failure.
 
 A call that the tables below do not know fails the run: nothing is left out silently.
 """
@@ -425,14 +426,17 @@ class Checker:
         self.pool = concurrent.futures.ThreadPoolExecutor(os.cpu_count())
 
     def differences(self, run, expected):
-        made = next((text for name, text in run.targets.items()
-                     if text is not None and (name != "old" or text != "what was there")), None)
+        written = [text for name, text in run.targets.items()
+                   if text is not None and (name != "old" or text != "what was there")]
+        made = written[0] if written else None
         if made is None and expected.target == "what was there":
             made = run.targets["old"]
         actual = Expected(run.outcome, run.folder, int(run.descriptors or -99), run.terminal, made,
                           tuple(run.ran))
         differences = [f"{field}: {is_now!r} instead of {wanted!r}" for field, is_now, wanted
                        in zip(Expected._fields, actual, expected) if is_now != wanted]
+        if len(written) > 1:
+            differences.append("more than one destination was written")
         if run.source != "contents":
             differences.append(f"the source holds {run.source!r}")
         return differences
@@ -489,37 +493,34 @@ class Checker:
         for name, count in [*operations.items(), *sorted(kinds.items())]:
             print(f"  {name:<44} {count:>6}")
         print(f"  {'in all':<44} {self.injected.total():>6} faults")
+        self.findings += [f"{operation}: no fault was injected" for operation in all_tables()
+                          if not operations[operation]]
         for finding in self.findings:
             print(f"  FOUND {finding}")
 
 
-def why_not_possible():
-    """Why strace cannot trace here, or nothing."""
-    if shutil.which("strace") is None:
-        return "strace is missing (script/setup faults)"
+def is_permitted():
+    """Whether strace can trace here; says why where it cannot."""
     tried = subprocess.run(["strace", "-o", os.devnull, "true"], capture_output=True, text=True,
                            check=False)
     if tried.returncode != 0:
-        return f"strace is not permitted here: {tried.stderr.strip()}"
-    return ""
+        print(f"  strace is not permitted here: {tried.stderr.strip()}")
+    return tried.returncode == 0
 
 
 def main(arguments):
-    if len(arguments) not in (1, 2) or arguments[1:] not in ([], ["--quick"]):
+    options = set(arguments[1:])
+    if not arguments or not options <= {"--quick", "--may-skip"}:
         print(__doc__.strip().splitlines()[2], file=sys.stderr)
         return 64
     probe = os.path.abspath(arguments[0])
-    if reason := why_not_possible():
-        print(f"  skipped: {reason}")
-        return 0
-    checker = Checker(probe, is_quick=len(arguments) == 2)
+    if not is_permitted():
+        return 0 if "--may-skip" in options else 1
+    checker = Checker(probe, is_quick="--quick" in options)
     checker.check_itself()
     for operation, (usual, table) in all_tables().items():
         checker.check_operation(operation, usual, table)
     checker.report()
-    if not checker.injected:
-        print("  FOUND no fault was injected")
-        return 1
     return 1 if checker.findings else 0
 
 

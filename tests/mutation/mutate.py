@@ -281,11 +281,13 @@ class Bench:
             raise Unusable(f"coverage.toml does not say what covers {file}")
         return self.covers[file]
 
-    def programs(self, entry, whole):
+    def programs(self, entry, whole, only):
         """Program and filter: first the covering tests that are quick, then all of the program."""
         by_program = collections.defaultdict(list)
         for source in entry["tests"]:
-            by_program[self.program_of(source)].append(source)
+            program = self.program_of(source)
+            if program.endswith("/" + only) or not only:
+                by_program[program].append(source)
         quick = [(p, self.tests.filter(s, self.slow)) for p, s in by_program.items()]
         return quick + [(program, "*") for program in by_program if whole]
 
@@ -293,8 +295,9 @@ class Bench:
         _, objects = self.build.compile_line(f"tests/{source}")
         return target_of(objects[0])
 
-    def attempt(self, file, text, whole=True):
-        """What becomes of a file's text: the outcome of compiling, linking and testing it."""
+    def attempt(self, file, text, whole=True, only=""):
+        """What becomes of a file's text: the outcome of compiling, linking and testing it, by all
+        programs of its tests or only one."""
         entry = self.entry(file)
         prepared = self.prepare(file, text, entry)
         if prepared is None:
@@ -305,7 +308,7 @@ class Bench:
         ]:
             if self.compiles(check) != expected:
                 return Outcome(KILLED, f"{check} is refused" if expected else f"{check} compiles")
-        for name, chosen in self.programs(entry, whole):
+        for name, chosen in self.programs(entry, whole, only):
             program = replaced.get(name, self.build.folder / name)
             passed, by = self.tests.run(program, library, chosen)
             if passed is None:
@@ -421,40 +424,45 @@ def kinds_of(entry):
 
 
 class SelfCheck:
-    """Shows for a file that its tests pass without a fault, and see one that is known to be seen."""
+    """Shows that tests pass without a fault, and see one that is known to be seen."""
 
     def __init__(self, bench):
         self.bench = bench
         self.planted = tomllib.loads((TABLES / "coverage.toml").read_text())["planted"]
-        self.passed = set()
+        self.checked = set()
 
     def run(self, file):
         source = (PROJECT / file).read_text()
         outcome = self.bench.attempt(file, source, whole=False)
         if outcome.status != SURVIVED:
             raise Unusable(f"{file}: without a fault: {outcome.status} {outcome.by}")
-        for program in {self.bench.program_of(t) for t in self.bench.entry(file)["tests"]}:
-            self.check_program(program)
-        for entry in self.planted:
-            if entry["file"] == file:
-                self.check_planted(source, entry)
+        for program in sorted(self.programs(file)):
+            if program not in self.checked:
+                self.checked.add(program)
+                self.check_program(program)
+
+    def programs(self, file):
+        return {self.bench.program_of(test) for test in self.bench.entry(file)["tests"]}
 
     def check_program(self, program):
-        if program in self.passed:
-            return
-        self.passed.add(program)
         folder = self.bench.build.folder
         passed, by = self.bench.tests.run(folder / program, folder / "src", "*")
         if not passed:
             raise Unusable(f"{program} fails without a fault: {by or 'it comes to no end'}")
+        planted = [entry for entry in self.planted if program.endswith("/" + entry["program"])]
+        if not planted:
+            raise Unusable(f"coverage.toml names no fault that {program} is known to see")
+        for entry in planted:
+            self.check_planted(entry)
 
-    def check_planted(self, source, entry):
+    def check_planted(self, entry):
         file, before, after = entry["file"], entry["before"], entry["after"]
+        source = (PROJECT / file).read_text()
         if source.count(before) != 1:
             raise Unusable(f"{file}: no place for the planted fault: {before}")
-        outcome = self.bench.attempt(file, source.replace(before, after))
+        outcome = self.bench.attempt(file, source.replace(before, after), only=entry["program"])
         if outcome.status not in (KILLED, HUNG):
-            raise Unusable(f"{file}: a planted fault is {outcome.status}: {after}")
+            raise Unusable(f"{file}: {entry['program']}: a planted fault is {outcome.status}")
         print(f"Seen, as it must be: {file}: {before.strip()} ({outcome.by})", flush=True)
 
 
@@ -505,7 +513,7 @@ def report(counts, survivors, seconds):
         print(f"\nNot tried: {total['not tried']}.")
     dead = total[KILLED] + total[HUNG]
     judged = dead + total[SURVIVED]
-    share = 100 * dead / judged if judged else 100.0
+    share = 100 * dead / judged if judged else 0.0
     print(f"\nKilled: {dead} of {judged} that are not equivalent, {share:.1f} %.")
     print(f"Refused by the compiler and not counted: {total[REFUSED]}. {seconds:.0f} seconds.")
     for mutant in survivors:
