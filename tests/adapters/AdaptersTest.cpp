@@ -1,3 +1,5 @@
+#include "AdapterUses.h"
+
 #include <BaseUtilities/adapters/GoogleTest.h>
 #include <BaseUtilities/adapters/Qt.h>
 #include <BaseUtilities/adapters/hash.h>
@@ -41,6 +43,14 @@ TEST(HashAdapter, KeysUnorderedContainers)
     ++counts[WithNul()];
     EXPECT_EQ(counts.size(), 2u);
     EXPECT_EQ(counts["x"], 2);
+}
+
+TEST(Adapters, GoTogetherInOneSource)
+{
+    for (std::string const& written : WrittenByEachAdapter("text")) {
+        EXPECT_TRUE(written == "text" || written == "\"text\"") << written;
+    }
+    EXPECT_TRUE(HashesAreThoseOfACopy("text"));
 }
 
 TEST(HashAdapter, CoversTheBytesBehindANul)

@@ -129,6 +129,14 @@ def row(name, figures):
     print(f"{name:<52}" + "".join(f"{cell:>13}" for cell in cells))
 
 
+def has_code(source):
+    """Whether a source file, or a header with inline functions, has anything to be run."""
+    text = re.sub(r"//.*", "", source.read_text())
+    if source.suffix == ".cpp":
+        return "{" in text
+    return source.suffix == ".h" and re.search(r"\breturn\b|\bDoBuild\(", text) is not None
+
+
 def check_exclusions(files):
     """Complaints about the marks, and the marks themselves."""
     complaints, marks = [], []
@@ -161,9 +169,9 @@ def main():
     print(f"{len(marks)} lines are excluded.")
     for mark in marks:
         print(mark)
-    for source in sorted(each for folder in folders for each in folder.rglob("*.cpp")):
+    for source in sorted(each for folder in folders for each in folder.rglob("*.*")):
         name = source.relative_to(project)
-        if name not in files and "{" in source.read_text(): # others have no code of their own
+        if name not in files and has_code(source):
             complaints.append(f"{name}: not part of the measurement")
     for path, file in files.items():
         complaints += [text for line, text in gaps_of(path, file) if line not in file.excluded]

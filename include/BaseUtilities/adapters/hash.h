@@ -24,7 +24,7 @@ struct std::hash<CSafeString>
 
 /// The hash of all characters, whether the view is set or not.
 template <class CharT>
-struct std::hash<basic_sv_wrapper<CharT>>
+struct std::hash<basic_sv_wrapper<CharT>> // NOLINT(cert-dcl58-cpp): of a type of our own
 {
     std::size_t operator()(basic_sv_wrapper<CharT> const& text) const noexcept
     {
