@@ -4,11 +4,16 @@
 
 namespace
 {
-// Taken in this order where more than one is held. Each has a cache line of its own, so that who
-// polls under one does not hold up who polls under another.
-alignas(64) std::mutex enableLock;
-alignas(64) std::mutex stateLock;
-alignas(64) std::mutex requestLock;
+// Fills its cache line, so that who polls under one lock holds up neither who polls under another
+// nor who reads a flag.
+struct alignas(64) CLock : std::mutex
+{
+};
+
+// Taken in this order where more than one is held.
+CLock enableLock;
+CLock stateLock;
+CLock requestLock;
 
 using Guard = std::lock_guard<std::mutex>;
 
