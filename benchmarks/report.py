@@ -2,7 +2,7 @@
 """Makes the tables and the plot of docs/performance.md from the files of a run.
 
 Usage: report.py FOLDER LIBRARY FLOOR [--update-docs DOCS]
-       report.py FOLDER --close
+       report.py FOLDER --close | --wide
 
 FOLDER holds times-1.json and so on, one for each process, allocations.json, growth.json and the
 dumps of callgrind (callgrind.out.*); LIBRARY and FLOOR are the two shared libraries. Prints the
@@ -10,7 +10,8 @@ tables; with --update-docs also writes them between the marks of DOCS/performanc
 to DOCS/performance.svg.
 
 With --close prints, as a regular expression, the operations whose time is above its target or close
-to it: those need more processes to be told from luck.
+to it, with --wide those of them whose times lie far apart: they need more processes to be told from
+luck.
 """
 
 import json
@@ -61,15 +62,25 @@ def instructions(folder):
 
 TIME_TARGET = 1.05  # of the floor's median
 CLOSE = 0.02  # what luck is worth after a few processes
+WIDE = 0.1  # distance of the quartiles, as a part of the median
 
 
 def time_ratio(operation):
     return operation["times"]["library"]["median"] / operation["times"]["floor"]["median"]
 
 
-def close_operations(times):
-    close = [each["operation"] for each in times if time_ratio(each) > TIME_TARGET - CLOSE]
-    return "|".join("^" + re.sub(r"([][\\^$.|?*+(){}])", r"\\\1", name) + "$" for name in close)
+def pattern(times, is_chosen):
+    """A regular expression for the operations chosen; empty where there is none."""
+    chosen = [each["operation"] for each in times if is_chosen(each)]
+    return "|".join("^" + re.sub(r"([][\\^$.|?*+(){}])", r"\\\1", name) + "$" for name in chosen)
+
+
+def is_close(operation):
+    return time_ratio(operation) > TIME_TARGET - CLOSE
+
+
+def is_wide(operation):
+    return is_close(operation) and any(operation["times"][who]["spread"] > WIDE for who in ("library", "floor"))
 
 
 def nanoseconds(value):
@@ -252,8 +263,9 @@ def replace_marked(text, name, content):
 def main():
     folder = pathlib.Path(sys.argv[1])
     times = load_times(folder)
-    if sys.argv[2] == "--close":
-        print(close_operations(times))
+    choices = {"--close": is_close, "--wide": is_wide}
+    if sys.argv[2] in choices:
+        print(pattern(times, choices[sys.argv[2]]))
         return
     library, floor = map(pathlib.Path, sys.argv[2:4])
     (folder / "times.json").write_text(json.dumps(times, indent=1))
