@@ -2,9 +2,9 @@
 """Sums up GoogleTest's JSON reports, and fails where nothing was counted.
 
 Usage: count_faults.py --property NAME REPORT...
-       count_faults.py [--may-skip] REPORT...
+       count_faults.py [--may-skip TEST] REPORT...
     --property NAME    sums up this property of the tests, by suite, or by test for a suite of rows
-    --may-skip         a test that was skipped is no failure
+    --may-skip TEST    that this test was skipped is no failure; that of another is
 """
 
 import collections
@@ -39,23 +39,24 @@ def count_property(name, reports):
 
 def count_tests(reports, may_skip):
     counts = collections.Counter()
-    skipped = 0
+    failed = False
     for suite in suites(reports):
         for test in suite["testsuite"]:
             if test["result"] == "COMPLETED":
                 counts[suite["name"]] += 1
             elif test["result"] == "SKIPPED":
-                skipped += 1
-                print(f"  skipped: {suite['name']}.{test['name']}")
-    return print_table(counts, "conditions") > 0 and (may_skip or skipped == 0)
+                name = f"{suite['name']}.{test['name']}"
+                failed = failed or name != may_skip
+                print(f"  skipped: {name}")
+    return print_table(counts, "conditions") > 0 and not failed
 
 
 def main(arguments):
     if arguments[:1] == ["--property"]:
         passed = count_property(arguments[1], arguments[2:])
     else:
-        may_skip = arguments[:1] == ["--may-skip"]
-        passed = count_tests(arguments[may_skip:], may_skip)
+        may_skip = arguments[1] if arguments[:1] == ["--may-skip"] else None
+        passed = count_tests(arguments[2:] if may_skip else arguments, may_skip)
     return 0 if passed else 1
 
 
