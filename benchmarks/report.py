@@ -80,7 +80,8 @@ def is_close(operation):
 
 
 def is_wide(operation):
-    return is_close(operation) and any(operation["times"][who]["spread"] > WIDE for who in ("library", "floor"))
+    spreads = (operation["times"][who]["spread"] for who in ("library", "floor"))
+    return is_close(operation) and max(spreads) > WIDE
 
 
 def nanoseconds(value):
