@@ -26,7 +26,7 @@ public:
     void CaseFinished(CCase const& finished, CCaseOutcome const& outcome) override;
     void SuitePaused() override;
     void SuiteResumed() override;
-    /// Writes the end; what is called later writes nothing below it.
+    /// Writes the end; Tick and ShowKeys write nothing below it.
     void SuiteFinished(CSuiteSummary const& summary) override;
 
     /// Brings what is shown up to date; to be called now and then.

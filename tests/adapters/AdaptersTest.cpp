@@ -18,6 +18,7 @@
 #include <type_traits>
 #include <unordered_map>
 #include <unordered_set>
+#include <vector>
 
 namespace
 {
@@ -47,9 +48,11 @@ TEST(HashAdapter, KeysUnorderedContainers)
 
 TEST(Adapters, GoTogetherInOneSource)
 {
-    for (std::string const& written : WrittenByEachAdapter("text")) {
-        EXPECT_TRUE(written == "text" || written == "\"text\"") << written;
-    }
+    std::vector<std::string> expected = {"text", "\"text\"", "text", "text"};
+#ifdef WITH_FMT
+    expected.emplace_back("text");
+#endif
+    EXPECT_EQ(WrittenByEachAdapter("text"), expected);
     EXPECT_TRUE(HashesAreThoseOfACopy("text"));
 }
 
