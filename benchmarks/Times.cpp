@@ -17,6 +17,7 @@
 #include <fstream>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <random>
 #include <vector>
 
@@ -100,13 +101,21 @@ std::size_t BatchFor(CContender const& contender)
     return static_cast<std::size_t>(std::clamp<long>(10000 / once, 1, 1000));
 }
 
+// Another number below the limit each time, in each process and thread.
+std::size_t Random(std::size_t limit)
+{
+    static std::mutex lock;
+    static std::mt19937 numbers(std::random_device{}());
+    std::lock_guard<std::mutex> const guard(lock);
+    return numbers() % limit;
+}
+
 // Blocks of the sizes that short texts take, held so that what is measured gets others than before.
 std::vector<std::unique_ptr<char[]>> HoldSomeBlocks()
 {
-    static std::mt19937 random; // NOLINT(cert-msc*): the same blocks in each run
-    std::vector<std::unique_ptr<char[]>> blocks(random() % 64);
+    std::vector<std::unique_ptr<char[]>> blocks(Random(64));
     for (auto& block : blocks)
-        block.reset(new char[random() % 128]);
+        block.reset(new char[Random(128)]);
     return blocks;
 }
 
@@ -120,7 +129,9 @@ void ForgetUpperHalves()
 #endif
 }
 
-// One repetition, with data of its own: where they lie in memory is luck, which is to be averaged.
+// One repetition, with data and a stack of its own: where they lie in memory is luck, which is to
+// be averaged. A new thread's stack would begin at the same place of its page each time, and so
+// meet, or miss, what the library or the floor keeps at that place of a page of theirs.
 void Repeat(benchmark::State& state, COperation const& operation, CContender const& contender,
             std::size_t batch)
 {
@@ -128,6 +139,8 @@ void Repeat(benchmark::State& state, COperation const& operation, CContender con
     if (operation.m_OnDisk)
         sync();
     [[maybe_unused]] auto const held = HoldSomeBlocks();
+    void* const elsewhere = __builtin_alloca(1 + Random(4096));
+    asm volatile("" : : "r"(elsewhere) : "memory"); // keeps it
     auto const repeat = contender.m_Repeat;
     repeat(1);
     ForgetUpperHalves();
