@@ -38,17 +38,27 @@ void MergeAttribute(Attribute& attribute, Attribute other, bool& changed)
     attribute = other;
     changed = true;
 }
-} // namespace
 
-void CFormatInfo::AddColor(TQColor& target, TQColor value)
+bool IsOpaqueBlack(TQColor const& color)
 {
-    if (target == OpaqueBlack && value == OpaqueBlack) {
+    return !Differ(color, OpaqueBlack);
+}
+
+void Combine(TQColor& target, TQColor const& value)
+{
+    if (IsOpaqueBlack(target) && IsOpaqueBlack(value)) {
         target = {255, 255, 255, target.m_Alpha};
         return;
     }
     target.m_Red = (target.m_Red ^ value.m_Red) & Mask;
     target.m_Green = (target.m_Green ^ value.m_Green) & Mask;
     target.m_Blue = (target.m_Blue ^ value.m_Blue) & Mask;
+}
+} // namespace
+
+void CFormatInfo::AddColor(TQColor& target, TQColor value)
+{
+    Combine(target, value);
 }
 
 void CFormatInfo::AddColor(TQColor const& color, bool markChange)
@@ -57,7 +67,7 @@ void CFormatInfo::AddColor(TQColor const& color, bool markChange)
         m_ColorChanged = true;
         m_HasColor = true;
     }
-    AddColor(m_Color, color);
+    Combine(m_Color, color);
 }
 
 void CFormatInfo::AddBackColor(TQColor const& color, bool markChange)
@@ -66,7 +76,7 @@ void CFormatInfo::AddBackColor(TQColor const& color, bool markChange)
         m_BackColorChanged = true;
         m_HasBackColor = true;
     }
-    AddColor(m_BackColor, color);
+    Combine(m_BackColor, color);
 }
 
 void CFormatInfo::ClearColor(bool markChange)
