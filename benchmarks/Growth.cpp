@@ -96,9 +96,9 @@ double ProcessorNanoseconds()
     return static_cast<double>(time.tv_sec) * 1e9 + static_cast<double>(time.tv_nsec);
 }
 
-// In time of the processor: that of the disk is not the library's. In turn, either first as often as
-// the other, and the least of each: the host of a virtual machine takes free memory back, and to get
-// it again costs several times as much as the copy.
+// In time of the processor: that of the disk is not the library's. In turn, either first as often
+// as the other, and the least of each: the host of a virtual machine takes free memory back, and to
+// get it again costs several times as much as the copy.
 void GrowFiles(CReport& report, CFolder const& folder, std::uintmax_t size)
 {
     std::string const from = folder.File("source.bin");
@@ -161,7 +161,7 @@ double Rate(unsigned int threads, Body body)
 
 void GrowThreads(CReport& report, unsigned int threads)
 {
-    std::string const count = std::to_string(threads) + " threads";
+    std::string const count = std::to_string(threads) + (threads == 1 ? " thread" : " threads");
     report.Add("abort polls", count,
                Rate(threads, [](unsigned int) { TQUserAbort::UserAbortRequested(); }), "per us");
     report.Add("abort and pause polls in turn", count,

@@ -57,10 +57,10 @@ void AddSplitAndJoin(CCatalogue& catalogue)
         .Allocates(1)
         .Library([] { return PluralNoun(2, "test", ""); })
         .Floor([] { return Floor::PluralNoun(2, "test", ""); })
-        .Peer("std", [] {
-            std::string word("test");
-            word += 's';
-            return word;
+        .Peer("std", [word = std::string("test")] {
+            std::string plural(word);
+            plural += 's';
+            return plural;
         });
 }
 

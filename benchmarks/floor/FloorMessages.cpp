@@ -95,25 +95,25 @@ bool Same(TQColor const& left, TQColor const& right)
     return std::memcmp(&left, &right, sizeof left) == 0;
 }
 
-bool IsBlack(TQColor const& color)
+constexpr TQColor Black{0, 0, 0, 255};
+
+bool IsComplement(std::uint32_t channel, std::uint32_t other)
 {
-    return Same(color, {0, 0, 0, 255});
+    return channel == (~other & 255);
 }
 
 void Merge(TQColor& color, TQColor const& other, bool& changed, bool& has)
 {
-    std::uint32_t red = color.m_Red ^ other.m_Red;
-    std::uint32_t green = color.m_Green ^ other.m_Green;
-    std::uint32_t blue = color.m_Blue ^ other.m_Blue;
-    if (red != 255 || green != 255 || blue != 255 || color.m_Alpha != 255) {
-        changed = true;
-        has = true;
+    if (color.m_Alpha != 255 || !IsComplement(color.m_Red, other.m_Red)
+        || !IsComplement(color.m_Green, other.m_Green) || !IsComplement(color.m_Blue, other.m_Blue))
+        changed = has = true;
+    if (Same(color, Black) && Same(other, Black)) {
+        color = {255, 255, 255, 255};
+        return;
     }
-    if (IsBlack(color) && IsBlack(other))
-        red = green = blue = 255;
-    color.m_Red = red & 255;
-    color.m_Green = green & 255;
-    color.m_Blue = blue & 255;
+    color.m_Red = (color.m_Red ^ other.m_Red) & 255;
+    color.m_Green = (color.m_Green ^ other.m_Green) & 255;
+    color.m_Blue = (color.m_Blue ^ other.m_Blue) & 255;
 }
 
 template <class Attribute>
@@ -126,7 +126,7 @@ void Merge(Attribute& attribute, Attribute other, bool& changed)
 }
 } // namespace
 
-[[gnu::flatten]] CFormat& CFormat::MergeFormat(CFormat const& other)
+CFormat& CFormat::MergeFormat(CFormat const& other)
 {
     if (!Same(m_Color, other.m_Color))
         Merge(m_Color, other.m_Color, m_ColorChanged, m_HasColor);

@@ -135,18 +135,19 @@ CText CText::do_join(std::vector<CText> const& items, View const& separator)
     std::string& text = *result.m_pString;
     text.resize(text.capacity());
     char* end = text.data(); // of what is used
-    char* room = end + text.size();
+    std::size_t room = text.size();
     auto const append = [&](char const* from, std::size_t size) {
-        if (size <= static_cast<std::size_t>(room - end)) {
+        if (size <= room) {
             end = static_cast<char*>(std::memcpy(end, from, size)) + size;
+            room -= size;
             return;
         }
-        text.resize(static_cast<std::size_t>(end - text.data()));
+        text.resize(text.size() - room);
         text.append(from, size); // grows as it is promised to
         std::size_t const used = text.size();
         text.resize(std::min(text.capacity(), used + 4096));
         end = text.data() + used;
-        room = text.data() + text.size();
+        room = text.size() - used;
     };
     for (CText const& item : items) {
         if (end != text.data())
@@ -154,7 +155,7 @@ CText CText::do_join(std::vector<CText> const& items, View const& separator)
         char const* const itemText = item.m_pString->data();
         append(itemText, std::strlen(itemText));
     }
-    text.resize(static_cast<std::size_t>(end - text.data()));
+    text.resize(text.size() - room);
     return result;
 }
 
@@ -209,7 +210,7 @@ CText operator+(CText const& left, CText&& right)
     return CText(NewConcatenation(*left.m_pString, *right.m_pString));
 }
 
-CText operator+(char const* left, CText const& right)
+[[gnu::flatten]] CText operator+(char const* left, CText const& right)
 {
     CText const own(new std::string(left == nullptr ? "" : left));
     return CText(NewConcatenation(*own.m_pString, *right.m_pString));
