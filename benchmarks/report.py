@@ -2,12 +2,16 @@
 """Makes the tables and the plot of docs/performance.md from the files of a run.
 
 Usage: report.py FOLDER LIBRARY FLOOR [--update-docs DOCS]
+       report.py FOLDER LIBRARY FLOOR --check
        report.py FOLDER --close | --wide
 
 FOLDER holds times-1.json and so on, one for each process, allocations.json, growth.json and the
 dumps of callgrind (callgrind.out.*); LIBRARY and FLOOR are the two shared libraries. Prints the
 tables; with --update-docs also writes them between the marks of DOCS/performance.md, and the plot
 to DOCS/performance.svg.
+
+With --check prints only the verdict on what is the same in every run, and fails unless all of it
+holds.
 
 With --close prints, as a regular expression, the operations whose time is above its target or close
 to it, with --wide those whose times lie far apart: they need more processes to be told from luck.
@@ -22,6 +26,7 @@ import statistics
 import subprocess
 import sys
 import tempfile
+import typing
 
 
 def load(path):
@@ -37,7 +42,7 @@ def load_times(folder):
             for who, times in each["times"].items():
                 operation["times"].setdefault(who, []).extend(times["sorted"])
     for operation in merged.values():
-        operation["times"] = {who: summary(all) for who, all in operation["times"].items()}
+        operation["times"] = {who: summary(each) for who, each in operation["times"].items()}
     return list(merged.values())
 
 
@@ -133,24 +138,32 @@ def times_table(times, counts, allocations):
 
 
 def verdict(times, counts, allocations):
-    """How many operations keep within the targets, and which do not."""
+    """How many operations keep within the targets, which do not, and whether all do."""
     lines = []
+    held = True
 
-    def judge(what, limit, ratios):
-        over = sorted(((value, name) for name, value in ratios.items() if value > limit))
+    def judge(what, wrong, count):
+        nonlocal held
+        held = held and count > 0 and not wrong
         lines.append(
-            f"- {what} at most {limit}: {len(ratios) - len(over)} of {len(ratios)} operations"
-            + ("." if not over else "; not: ")
-            + ", ".join(f"{name} ({value:.2f})" for value, name in reversed(over))
+            f"- {what}: {count - len(wrong)} of {count} operations"
+            + ("; not: " + ", ".join(wrong) if wrong else "")
+            + "."
         )
 
-    judge(
-        "Time to the floor",
-        TIME_TARGET,
-        {each["operation"]: time_ratio(each) for each in times},
-    )
+    def judge_ratios(what, limit, ratios):
+        over = sorted(((value, name) for name, value in ratios.items() if value > limit))
+        wrong = [f"{name} ({value:.2f})" for value, name in reversed(over)]
+        judge(f"{what} at most {limit}", wrong, len(ratios))
+
+    if times:
+        judge_ratios(
+            "Time to the floor",
+            TIME_TARGET,
+            {each["operation"]: time_ratio(each) for each in times},
+        )
     if counts:  # not in a quick run
-        judge(
+        judge_ratios(
             "Instructions to the floor",
             1.03,
             {
@@ -160,19 +173,34 @@ def verdict(times, counts, allocations):
             },
         )
     wrong = [each["operation"] for each in allocations if each["library"] != each["required"]]
-    lines.append(
-        f"- Blocks exactly as promised: {len(allocations) - len(wrong)} of {len(allocations)} "
-        "operations" + ("; not: " + ", ".join(wrong) if wrong else ".")
-    )
-    return "\n".join(lines)
+    judge("Blocks exactly as promised", wrong, len(allocations))
+    return "\n".join(lines), held
+
+
+def sees_defects():
+    """Whether an instruction and a block too many are told from as many as there may be."""
+
+    def holds(instructions, blocks):
+        counts = {("planted", "library"): instructions, ("planted", "floor"): 100}
+        return verdict([], counts, [{"operation": "planted", "library": blocks, "required": 1}])[1]
+
+    return holds(103, 1) and not holds(104, 1) and not holds(103, 2) and not holds(103, 0)
 
 
 def output(*command):
     return subprocess.run(command, capture_output=True, text=True, check=True).stdout
 
 
+class Binary(typing.NamedTuple):
+    """Bytes when stripped, relocations at load, those for the PLT, names given to others."""
+
+    size: int
+    relocations: int
+    plt: int
+    names: int
+
+
 def binary_figures(library):
-    """Bytes when stripped, relocations at load, names given to others."""
     with tempfile.TemporaryDirectory() as folder:
         stripped = os.path.join(folder, "stripped.so")
         output("strip", "--strip-unneeded", "-o", stripped, library)
@@ -181,7 +209,7 @@ def binary_figures(library):
     plt = len(re.findall(r"R_X86_64_JUMP_SLO", relocations))
     all_relocations = len(re.findall(r"R_X86_64_", relocations))
     names = len(output("nm", "--dynamic", "--defined-only", library).splitlines())
-    return size, all_relocations, plt, names
+    return Binary(size, all_relocations, plt, names)
 
 
 def binary_table(library, floor):
@@ -202,7 +230,7 @@ def growth_table(growth):
             f"{each['size']}: {each['value']:.3g}"
         )
     lines = ["| | Unit | Figures |", "|---|---|---|"]
-    lines += [f"| {what} | {unit} | {'; '.join(all)} |" for (what, unit), all in sizes.items()]
+    lines += [f"| {what} | {unit} | {'; '.join(each)} |" for (what, unit), each in sizes.items()]
     return "\n".join(lines)
 
 
@@ -261,6 +289,8 @@ def replace_marked(text, name, content):
 
 
 def main():
+    if len(sys.argv) < 3:
+        raise SystemExit(__doc__)
     folder = pathlib.Path(sys.argv[1])
     times = load_times(folder)
     choices = {"--close": is_close, "--wide": is_wide}
@@ -268,12 +298,27 @@ def main():
         print(pattern(times, choices[sys.argv[2]]))
         return
     library, floor = map(pathlib.Path, sys.argv[2:4])
-    (folder / "times.json").write_text(json.dumps(times, indent=1))
     allocations = load(folder / "allocations.json")
     counts = instructions(folder)
+    targets, held = verdict(times, counts, allocations)
+    if "--check" in sys.argv:
+        if not sees_defects():
+            raise SystemExit("report.py: planted defects are not seen")
+        plt = binary_figures(library).plt
+        print(f"{targets}\n- Relocations for the PLT: {plt}.")
+        raise SystemExit(0 if held and counts and plt == 0 else 1)
+    (folder / "times.json").write_text(json.dumps(times, indent=1))
+    figures = {
+        "instructions": [
+            {"operation": name, "contender": who, "instructions": count}
+            for (name, who), count in sorted(counts.items())
+        ],
+        "binary": {path.stem: binary_figures(path)._asdict() for path in (library, floor)},
+    }
+    (folder / "figures.json").write_text(json.dumps(figures, indent=1))
     sections = {
         "machine": machine(),
-        "verdict": verdict(times, counts, allocations),
+        "verdict": targets,
         "times": times_table(times, counts, allocations),
         "binary": binary_table(library, floor),
         "growth": growth_table(load(folder / "growth.json")),
