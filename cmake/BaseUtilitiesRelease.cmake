@@ -1,6 +1,7 @@
 # How the shipped file is compiled: hardened as the OpenSSF compiler guide says, the same bytes from
-# whatever folder it is built in, and as fast with debug information as without. Private to this project's own targets, for the optimised
-# configurations; a sanitizer or a debugger would be hindered.
+# whatever folder it is built in, and as fast with debug information as without. Private to this
+# project's own targets, for the optimised configurations; a sanitizer or a debugger would be
+# hindered.
 
 include(CheckCXXCompilerFlag)
 include(CheckLinkerFlag)
